@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// A chain of transforms made into one lut16 transform.
+#include "lumoxa/combine.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "combine/chain.h"
+#include "combine/end_tables.h"
+#include "combine/grid_sampler.h"
+#include "combine/grid_size.h"
+#include "combine/lut16.h"
+#include "combine/paper_white.h"
+#include "profile/entry_guard.h"
+
+namespace lumoxa {
+namespace {
+
+constexpr int kKnownOptions = icCombineColorimetric | icCombineKeepPaperWhite;
+
+bool validChain(int count, const icXform_t* chain) {
+    if (count < 1 || chain == nullptr) return false;
+    return std::none_of(chain, chain + count, [](icXform_t xform) { return xform == nullptr; });
+}
+
+int allocateLut(const ExpandedChain& chain, const GridSize& size, Lut16Ptr& out) {
+    const icXformInternal& first = chain.first();
+    const icXformInternal& last = chain.last();
+    icLut16Type* lut = nullptr;
+    const int code = icAllocLut16(&lut, static_cast<int>(first.inChannels),
+                                  static_cast<int>(first.inTableEntries), size.points,
+                                  static_cast<int>(last.outChannels),
+                                  static_cast<int>(last.outTableEntries), nullptr);
+    out.reset(lut);
+    return code;
+}
+
+void fillTables(const ExpandedChain& chain, const GridSize& size, bool colorimetric,
+                const Lut16View& lut) {
+    if (!size.identityInput) fillInputTables(chain.first(), lut);
+    if (!colorimetric) liftDisplayBlack(chain.first(), lut);
+    fillOutputTables(chain.last(), lut);
+    if (!colorimetric) removeDisplayBlack(chain.first(), chain.last(), lut);
+}
+
+/// The stages' kernels, the end stages without the curves that the tables carry. Those two are
+/// copies, because the caller's transforms may be in use on other threads.
+class SamplingChain {
+  public:
+    SamplingChain(const ExpandedChain& chain, bool identityInput) {
+        const size_t last = chain.stages.size() - 1;
+        for (size_t i = 0; i <= last; ++i) {
+            const icXformInternal* stage = chain.stages[i];
+            if ((i == 0 && !identityInput) || i == last) {
+                auto& copy = ends_[i == last ? 1 : 0].emplace(*stage);
+                if (i == 0 && !identityInput) copy.switchOffInputCurves();
+                if (i == last) copy.switchOffOutputCurves();
+                stage = &copy.record();
+            }
+            kernels_.push_back(stageKernel(*stage));
+        }
+    }
+
+    const std::vector<BoundKernel>& kernels() const { return kernels_; }
+
+  private:
+    std::optional<StageWithoutCurves> ends_[2];
+    std::vector<BoundKernel> kernels_;
+};
+
+/// Four-input grids that are too large for a table of simplices stay multilinear.
+LutStateKind stateKind(int inputs, const GridSize& size) {
+    const LutStateKind kind = lutStateKindFor(static_cast<uint32_t>(inputs));
+    return kind == LutStateKind::kPenta && !size.pentahedral ? LutStateKind::kPlain : kind;
+}
+
+XformPtr makeResult(const ExpandedChain& chain, Lut16Ptr lut) {
+    const icXformInternal& first = chain.first();
+    const icXformInternal& last = chain.last();
+    XformPtr result = newXform();
+    result->kind = kTypeLut16;
+    result->inSpace = first.inSpace;
+    result->outSpace = last.outSpace;
+    result->intent = first.intent;
+    result->transType = icCombined;
+    // A result that ends in a connection space can go into another chain. Absolute scaling is
+    // inside it already, hence no media white of its own.
+    std::copy_n(last.pcsWhite, 3, result->pcsWhite);
+    std::copy_n(last.pcsWhite, 3, result->mediaWhite);
+    result->tagData = reinterpret_cast<icTagBase*>(lut.release());
+    return result;
+}
+
+int combine(int count, const icXform_t* chain, icXform_t* out, int options, int* failingLink,
+            const CombineProgress& progress) {
+    if (out == nullptr) return icErrInvalid;
+    *out = nullptr;
+    if (!validChain(count, chain) || (options & ~kKnownOptions) != 0) return icErrInvalid;
+    if (!linksFit(count, chain, failingLink)) return icErrXformKind;
+    for (int i = 0; i < count; ++i) {
+        if (!stageKernel(*chain[i])) return icErrXformKind;
+    }
+    const ExpandedChain expanded = expandChain(count, chain);
+    const GridSize size = chooseGridSize(expanded);
+    Lut16Ptr lut;
+    if (const int code = allocateLut(expanded, size, lut)) return code;
+    const Lut16View view(*lut);
+    fillTables(expanded, size, (options & icCombineColorimetric) != 0, view);
+
+    progress.start();
+    const int code = guarded([&] {
+        const SamplingChain sampling(expanded, size.identityInput);
+        if (!sampleGrid(sampling.kernels(), view, progress)) return icErrInvalid;
+        if ((options & icCombineKeepPaperWhite) == 0) adjustPaperWhite(expanded, view);
+        XformPtr result = makeResult(expanded, std::move(lut));
+        attachLutState(*result, stateKind(view.inputs(), size));
+        *out = result.release();
+        return icSuccess;
+    });
+    const int answer = progress.end();
+    return code == icErrInvalid && answer != 0 ? answer : code;
+}
+
+}  // namespace
+}  // namespace lumoxa
+
+int icCombineXforms(int count, const icXform_t* chain, icXform_t* out, int* failingLink,
+                    icProgressCallback, void*, unsigned int) {
+    using namespace lumoxa;
+    return guarded([&] {
+        return combine(count, chain, out, 0, failingLink, CombineProgress(nullptr, nullptr));
+    });
+}
+
+int icCombineXforms(int count, const icXform_t* chain, icXform_t* out, int options,
+                    int* failingLink, icProgressCallback progress, void* user, unsigned int) {
+    using namespace lumoxa;
+    return guarded([&] {
+        return combine(count, chain, out, options, failingLink, CombineProgress(progress, user));
+    });
+}

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// Chains of transforms made into one, and the Lab and XYZ transforms that serve as their stages.
+#pragma once
+
+#include "lumoxa/export.h"
+#include "lumoxa/types.h"
+
+/// Header of a lut16 tag ('mft2') as laid out in a file, but in host byte order; the input tables,
+/// the grid and the output tables follow at byte 52, all as 16-bit words (ICC.1:2001, 6.5.8).
+struct icLut16Type {
+    uint32_t sig;
+    uint8_t reserved[4];
+    uint8_t inputChan;
+    uint8_t outputChan;
+    uint8_t clutPoints;  ///< grid points of every dimension
+    uint8_t pad;
+    int32_t e00, e01, e02, e10, e11, e12, e20, e21, e22;  ///< matrix, s15Fixed16
+    uint16_t inputEnt;                                    ///< entries of each input table
+    uint16_t outputEnt;                                   ///< entries of each output table
+};
+static_assert(sizeof(icLut16Type) == 52, "fixed by the file format");
+
+/// Options of the second form of `icCombineXforms`.
+inline constexpr int icCombineColorimetric = 1;    ///< no display black lift and no removal of it
+inline constexpr int icCombineKeepPaperWhite = 2;  ///< no paper-white adjustment
+
+/// Combines a chain of transforms into one transform of kind 'mft2'.
+///
+/// Neighbours fit when their channel counts agree and their spaces are the same, or both are
+/// connection spaces; Lab/XYZ conversions and the white scaling of absolute colorimetry are put in
+/// where needed. The result's grid is sized from the chain, its input tables carry the first
+/// stage's curves when no transform of the chain has a grid of its own, its output tables the
+/// last stage's curves, and its grid is filled by running every point through the chain in 16 bits.
+///
+/// For an RGB display at the start of the chain, black is lifted by 1/24 of the range, and lowered
+/// by as much for an RGB display at its end (with any start but Lab), so that a shadow keeps its
+/// distance from the display's flare. A printer at the end of a chain that is not absolute gets its
+/// white snapped to bare paper where the chain is within 2 % of it. The second form can switch both
+/// off.
+///
+/// @param count        transforms in the chain, at least 1
+/// @param chain        their handles, first stage first; only read: they may be in use on other
+///                     threads and are not needed afterwards
+/// @param out          receives the transform, released with `icXformFree`; null on every failure
+/// @param failingLink  optional; receives i + 1 when transform i does not fit transform i + 1
+/// @param progress     not used by this form
+/// @param user         not used by this form
+/// @param flags        not used by this form
+/// @return 0; icErrXformKind when two neighbours do not fit, or for a transform that converts
+///         nothing; icErrInvalid for a null argument, a null handle in the chain or a count below
+///         1; icErrNoMemory
+LUMOXA_API int icCombineXforms(int count, const icXform_t* chain, icXform_t* out, int* failingLink,
+                               icProgressCallback progress, void* user, unsigned int flags);
+
+/// As the first form, with options and progress.
+///
+/// @param options   sum of icCombineColorimetric and icCombineKeepPaperWhite; 0 gives the first
+///                  form's result; any other bit is icErrInvalid
+/// @param progress  optional; called on this thread with (start, 0), with (progress, percent) as
+///                  slices of the grid have passed through the chain, and with (end, 100). A
+///                  non-zero answer to a progress call stops the work: the end call follows, its
+///                  answer is returned (icErrInvalid where that is 0), and nothing is built.
+///                  Arguments are checked before the first call
+/// @param flags     reserved, 0
+LUMOXA_API int icCombineXforms(int count, const icXform_t* chain, icXform_t* out, int options,
+                               int* failingLink, icProgressCallback progress, void* user,
+                               unsigned int flags);
+
+/// Allocates a lut16 tag in host byte order.
+///
+/// The matrix is the identity, input tables are ramps from 0 to 65535, output tables of 2 entries
+/// are (0, 65535), longer ones and the grid are 0 for the caller to fill. Two zero bytes follow the
+/// tables.
+///
+/// @param lut          receives the block, released with `icFree`; may be null (the block is then
+///                     not kept); null on failure
+/// @param inChannels   1..16
+/// @param inEntries    entries of each input table, 2..65535, or 0 for 2
+/// @param grid         grid points of every dimension, 2..255
+/// @param outChannels  1..255
+/// @param outEntries   entries of each output table, 2..65535, or 0 for 2
+/// @param size         optional; receives the block's size in bytes
+/// @return 0; icErrInvalid for a count outside those ranges; icErrNoMemory
+LUMOXA_API int icAllocLut16(icLut16Type** lut, int inChannels, int inEntries, int grid,
+                            int outChannels, int outEntries, unsigned int* size);
+
+/// Makes the transform from Lab to XYZ (kind 'LtoX'), for chains.
+///
+/// @param pcsWhite    white that Lab refers to, XYZ with 1.0 = 32768
+/// @param mediaWhite  media white that the stage passes on to its neighbours in a chain
+/// @param fullScaleL  true: source L* 0..100 is 0..65535; false: 0..65280
+/// @return the transform, released with `icXformFree`; null for a null white or without memory
+LUMOXA_API icXformInternal* icGetLabToXyzXform(const unsigned short pcsWhite[3],
+                                               const unsigned short mediaWhite[3], bool fullScaleL);
+
+/// Makes the transform from XYZ to Lab (kind 'XtoL'), for chains. Its L* is 0..65280.
+///
+/// @param pcsWhite    white that Lab refers to, XYZ with 1.0 = 32768
+/// @param mediaWhite  media white that the stage passes on to its neighbours in a chain
+/// @return the transform, released with `icXformFree`; null for a null white or without memory
+LUMOXA_API icXformInternal* icGetXyzToLabXform(const unsigned short pcsWhite[3],
+                                               const unsigned short mediaWhite[3]);
+
+/// Makes a Lab identity that scales its output to a number of bits a channel.
+///
+/// @param bitsL, bitsA, bitsB  1..16; channel values end at 2^bits - 1
+/// @param out  receives the transform, released with `icXformFree`; null on failure
+/// @return 0; icErrInvalid for a null argument or bits outside 1..16; icErrNoMemory
+LUMOXA_API int icMakeLabXform(int bitsL, int bitsA, int bitsB, icXform_t* out);
+
+/// Combines a chain that starts in a connection space into one transform from Lab, with source
+/// L* 0..100 as 0..65535.
+///
+/// @param count        transforms in the chain, at least 1
+/// @param chain        their handles
+/// @param out          receives the transform, released with `icXformFree`; null on failure
+/// @param failingLink  optional; counts the Lab stage put in front as transform 0
+/// @return 0; icErrXformKind when the first transform does not start in a connection space, or
+///         neighbours do not fit; icErrInvalid as `icCombineXforms`; icErrNoMemory
+LUMOXA_API int icBuildLabXform(int count, const icXform_t* chain, icXform_t* out, int* failingLink);
+
+/// Combines one transform that ends in a connection space with a conversion to Lab.
+///
+/// @param count        1: only a single transform can be followed by the Lab stage
+/// @param chain        its handle
+/// @param out          receives the transform, released with `icXformFree`; null on failure
+/// @param options      as the second form of `icCombineXforms`
+/// @param failingLink  optional
+/// @return 0; icErrXformKind when the transform does not end in a connection space; icErrInvalid
+///         for a count other than 1, a null argument or unknown options; icErrNoMemory
+LUMOXA_API int icBuild2LabXform(int count, const icXform_t* chain, icXform_t* out, int options,
+                                int* failingLink);
+
+/// As the form with options, with options 0.
+LUMOXA_API int icBuild2LabXform(int count, const icXform_t* chain, icXform_t* out,
+                                int* failingLink);

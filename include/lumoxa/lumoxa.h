@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// Lumoxa: reads ICC profiles, builds and chains colour transforms, converts pixels.
+// This header brings in the whole public interface; C++17 or later, nothing else to include.
+#pragma once
+
+#include "lumoxa/combine.h"
+#include "lumoxa/evaluate.h"
+#include "lumoxa/export.h"
+#include "lumoxa/frame.h"
+#include "lumoxa/profile.h"
+#include "lumoxa/types.h"
+#include "lumoxa/xform.h"

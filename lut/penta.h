@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// Pentahedral interpolation of a four-input grid: the four-dimensional counterpart of tetrahedral
+// interpolation. A cell is cut into 24 simplices of five corners, one for each order of the four
+// fractions.
+//
+// Invariants: the state is immutable; fractions lie in [0, 1] for inputs within the grid.
+#pragma once
+
+#include "lut/lut_stages.h"
+#include "lut/simplex_table.h"
+
+namespace lumoxa {
+
+/// Coordinate j is bit j of a corner's number and belongs to input dimension 3 - j. A simplex
+/// follows the path that adds the coordinates from the largest fraction to the smallest.
+struct PentaScheme {
+    static constexpr int kDimensions = 4;
+    static constexpr int kSimplices = 24;
+    static constexpr int kCorners[kSimplices][5] = {
+        {0, 1, 3, 7, 15},   {0, 2, 3, 7, 15},   {0, 1, 5, 7, 15},    //
+        {0, 4, 5, 7, 15},   {0, 2, 6, 7, 15},   {0, 4, 6, 7, 15},    // coordinate 3 smallest
+        {0, 1, 3, 11, 15},  {0, 2, 3, 11, 15},  {0, 1, 9, 11, 15},   //
+        {0, 8, 9, 11, 15},  {0, 2, 10, 11, 15}, {0, 8, 10, 11, 15},  // coordinate 2 smallest
+        {0, 1, 5, 13, 15},  {0, 4, 5, 13, 15},  {0, 1, 9, 13, 15},   //
+        {0, 8, 9, 13, 15},  {0, 4, 12, 13, 15}, {0, 8, 12, 13, 15},  // coordinate 1 smallest
+        {0, 2, 6, 14, 15},  {0, 4, 6, 14, 15},  {0, 2, 10, 14, 15},  //
+        {0, 8, 10, 14, 15}, {0, 4, 12, 14, 15}, {0, 8, 12, 14, 15},  // coordinate 0 smallest
+    };
+    static constexpr int bitOfCoordinate(int coordinate) { return coordinate; }
+};
+
+/// Sorts the four fractions in place into ascending order by a stable insertion sort and returns
+/// the simplex whose path adds the coordinates from the largest fraction to the smallest. Of two
+/// equal fractions, the lower-numbered coordinate counts as the smaller.
+constexpr int simplexOf(float (&f)[4]) {
+    int order[4] = {0, 1, 2, 3};
+    for (int i = 1; i < 4; ++i) {
+        const float value = f[i];
+        const int coordinate = order[i];
+        int j = i;
+        for (; j > 0 && f[j - 1] > value; --j) {
+            f[j] = f[j - 1];
+            order[j] = order[j - 1];
+        }
+        f[j] = value;
+        order[j] = coordinate;
+    }
+    const int first = 1 << order[3];
+    const int second = first | 1 << order[2];
+    const int third = second | 1 << order[1];
+    int simplex = 0;
+    while (PentaScheme::kCorners[simplex][1] != first ||
+           PentaScheme::kCorners[simplex][2] != second ||
+           PentaScheme::kCorners[simplex][3] != third) {
+        ++simplex;
+    }
+    return simplex;
+}
+
+/// simplexOf() without a sort: the outcomes of the six comparisons f_i > f_j, i < j, are an index
+/// into a table of simplices.
+class SimplexSelector {
+  public:
+    static constexpr int select(float f0, float f1, float f2, float f3) {
+        return kSimplexOfOutcome[outcome(f0, f1, f2, f3)];
+    }
+
+  private:
+    static constexpr unsigned outcome(float f0, float f1, float f2, float f3) {
+        return unsigned{f0 > f1} | unsigned{f0 > f2} << 1 | unsigned{f0 > f3} << 2 |
+               unsigned{f1 > f2} << 3 | unsigned{f1 > f3} << 4 | unsigned{f2 > f3} << 5;
+    }
+    static constexpr std::array<uint8_t, 64> makeTable() {
+        std::array<uint8_t, 64> table{};
+        for (int order = 0; order < 256;
+             ++order) {  // every ranking of four fractions, ties included
+            const float rank[4] = {float(order & 3), float(order >> 2 & 3), float(order >> 4 & 3),
+                                   float(order >> 6 & 3)};
+            float sorted[4] = {rank[0], rank[1], rank[2], rank[3]};
+            table[outcome(rank[0], rank[1], rank[2], rank[3])] =
+                static_cast<uint8_t>(simplexOf(sorted));
+        }
+        return table;
+    }
+    static const std::array<uint8_t, 64> kSimplexOfOutcome;
+};
+
+inline constexpr std::array<uint8_t, 64> SimplexSelector::kSimplexOfOutcome =
+    SimplexSelector::makeTable();
+
+/// A LUT state with the coefficients of its grid: [cell][output][simplex 0..23][c0..c4].
+struct icLutPentaState_t : icLutState_t {
+    std::shared_ptr<const float[]> coefficients;
+};
+
+/// Makes the state of a checked four-input tag in host byte order. Throws std::bad_alloc.
+std::unique_ptr<icLutPentaState_t> icBuildPentaState(const icTagBase* tag, uint32_t inSpace,
+                                                     uint32_t outSpace);
+
+class PentaClut {
+  public:
+    using State = icLutPentaState_t;
+    using Table = SimplexTable<PentaScheme>;
+    static constexpr bool kClipsMiddle = true;
+
+    explicit PentaClut(const icLutPentaState_t& s) : s_(s), strides_(Table::cellStrides(s)) {}
+
+    void run(const Row* x, int pixels, Row* values) const {
+        uint32_t cell[kBlockPixels];
+        Row f[PentaScheme::kDimensions];
+        locateCells(s_, strides_.data(), x, pixels, cell, f);
+        const auto outputs = static_cast<size_t>(s_.outChannels);
+        for (int i = 0; i < pixels; ++i) {
+            const float f0 = f[3][i];  // coordinate j belongs to dimension 3 - j
+            const float f1 = f[2][i];
+            const float f2 = f[1][i];
+            const float f3 = f[0][i];
+            const auto simplex = static_cast<size_t>(SimplexSelector::select(f0, f1, f2, f3));
+            const float* c = s_.coefficients.get() +
+                             cell[i] * outputs * Table::kFloatsPerCellAndOutput +
+                             simplex * Table::kVertices;
+            for (size_t o = 0; o < outputs; ++o, c += Table::kFloatsPerCellAndOutput) {
+                values[o][i] = c[0] * f0 + c[1] * f1 + c[2] * f2 + c[3] * f3 + c[4];
+            }
+        }
+    }
+
+  private:
+    const icLutPentaState_t& s_;
+    std::array<uint32_t, PentaScheme::kDimensions> strides_;
+};
+
+}  // namespace lumoxa

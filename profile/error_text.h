@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// Descriptions of result codes, and the text made of them.
+#pragma once
+
+namespace lumoxa {
+
+/// Bytes of the longest description with its terminating NUL; longer ones are cut by the look-up.
+inline constexpr int kErrorTextBytes = 1024;
+
+/// Writes the description of `code` into `text`, NUL-terminated and cut to `size` bytes. Returns
+/// its length, 0 when there is none.
+using ErrorTextLookUp = int (*)(int code, char* text, int size);
+
+/// The look-up of the library: the string table of its module on Windows, a compiled-in table
+/// elsewhere. Both are empty; translations can be added without touching the code.
+int lookUpErrorText(int code, char* text, int size);
+
+/// The body of icGetErrorText, with the look-up to use.
+int formatErrorText(int code, int size, char* buffer, ErrorTextLookUp lookUp);
+
+}  // namespace lumoxa

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// The 16-bit encodings of the connection spaces, and the one way in which real numbers become
+// samples.
+//
+//   XYZ   1.0 = 32768, so the D50 white is 31595, 32768, 27030
+//   Lab   L* 0..100 = 0..65280 (652.8 a unit), a* and b* = 32768 + 256 x value
+//
+// Both are the encodings of ICC version 2 (u1Fixed15 XYZ and legacy 16-bit Lab).
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
+namespace lumoxa {
+
+inline constexpr uint16_t kXyzOne = 32768;
+inline constexpr uint16_t kD50White[3] = {31595, 32768, 27030};
+inline constexpr uint16_t kLabLMax = 65280;     // L* = 100
+inline constexpr uint16_t kLabNeutral = 32768;  // a* = b* = 0
+inline constexpr float kSampleMax16 = 65535.0f;
+
+/// Integer part of `v`, truncated toward zero. What lies outside the 32-bit range, and what is not
+/// a number, becomes INT32_MIN: the value that x86 conversion instructions give, here spelt out
+/// because the language leaves it undefined.
+inline int32_t truncated(float v) {
+    return v >= -2147483648.0f && v < 2147483648.0f ? static_cast<int32_t>(v)
+                                                    : std::numeric_limits<int32_t>::min();
+}
+
+inline int32_t truncated(double v) {
+    return v > -2147483649.0 && v < 2147483648.0 ? static_cast<int32_t>(v)
+                                                 : std::numeric_limits<int32_t>::min();
+}
+
+/// Adds 0.5, truncates, and stores the integer as it is: what does not fit the sample wraps. Where
+/// a kernel does this, callers see the wrapped value; it is deliberate.
+template <class Sample, class Real>
+Sample roundWrapped(Real v) {
+    return static_cast<Sample>(static_cast<uint32_t>(truncated(v + Real{0.5})));
+}
+
+/// Adds 0.5, truncates and clips to 0 .. `top`. Not-a-number gives 0.
+template <class Sample, class Real>
+Sample roundClipped(Real v, Real top = static_cast<Real>(std::numeric_limits<Sample>::max())) {
+    const Real shifted = v + Real{0.5};
+    if (!(shifted > Real{0})) return 0;
+    return static_cast<Sample>(std::min(shifted, top));
+}
+
+/// `v` limited to 0 .. `top`; not-a-number gives 0.
+inline float clipped(float v, float top) {
+    return v > 0.0f ? std::min(v, top) : 0.0f;
+}
+
+/// A s15Fixed16 number (1.0 = 65536) in the 16-bit XYZ encoding (1.0 = 32768).
+constexpr uint16_t xyz16FromFixed(int32_t fixed) {
+    return static_cast<uint16_t>(fixed >> 1);
+}
+
+}  // namespace lumoxa

@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// The ways to make a profile of existing bytes: a file kept open, a file read whole, an image.
+//
+// Profile bytes are hostile: no offset or size is believed before it has been compared with what is
+// there. Only the image without a length is trusted, because there is nothing to compare with.
+#include <cstring>
+#include <utility>
+
+#include "lumoxa/profile.h"
+#include "profile/entry_guard.h"
+#include "profile/header_reader.h"
+#include "profile/profile_object.h"
+#include "profile/tag_reader.h"
+#include "profile/tag_table.h"
+
+namespace lumoxa {
+namespace {
+
+ProfilePtr newRecord() {
+    return ProfilePtr(requireZeroed<icProfileInternal>(sizeof(icProfileInternal)).release());
+}
+
+// A file-backed profile: stream open, table of offsets.
+int openFileBacked(const char* path, ProfilePtr& out) {
+    ProfilePtr profile = newRecord();
+    profile->stream = icOpenProfile(path);
+    if (profile->stream == nullptr) return icErrOpen;
+    int code = readProfileHeader(profile->stream, profile->header);
+    if (code != icSuccess) return code;
+    TagListPtr list;
+    code = readTagTable(profile->stream, list);
+    if (code != icSuccess) return code;
+    profile->tagList = list.release();
+    out = std::move(profile);
+    return icSuccess;
+}
+
+// Moves the tags one by one from a table of offsets into the profile, whose own table lists only
+// tags that it owns. At any moment, and so on any failure, it is a whole profile that can be
+// released like every other.
+class TagAdopter {
+  public:
+    TagAdopter(icProfileInternal& profile, uintptr_t storage, uint32_t count) : profile_(profile) {
+        profile.tagList = makeTagList(count).release();
+        profile.tagList->count = 0;
+        profile.tagStorage = storage;
+    }
+    void adopt(const icTag_safe64bit& entry, CHeapPtr<uint8_t> bytes) {
+        icTag_safe64bit* tags = profile_.tagList->tags;
+        tags[profile_.tagList->count++] = {entry.signature, tagLocation(bytes.release()),
+                                           entry.size};
+    }
+
+  private:
+    icProfileInternal& profile_;
+};
+
+// Reads all tags of a file-backed profile and closes its file.
+int loadTags(icProfileInternal& profile) {
+    const TagListPtr offsets(std::exchange(profile.tagList, nullptr));
+    TagAdopter tags(profile, icTagsLoaded, static_cast<uint32_t>(offsets->count));
+    for (const icTag_safe64bit& entry : entriesOf(*offsets)) {
+        CHeapPtr<uint8_t> bytes;
+        const int code = readFileBytes(profile.stream, static_cast<int64_t>(entry.location),
+                                       entry.size, entry.size, bytes);
+        if (code != icSuccess) return code;
+        tags.adopt(entry, std::move(bytes));
+    }
+    std::fclose(std::exchange(profile.stream, nullptr));
+    return icSuccess;
+}
+
+// Copies all tags out of an image.
+int copyTags(const uint8_t* image, uint64_t length, icProfileInternal& profile) {
+    uint32_t count = 0;
+    const int code = readTagCount(image, length, count);
+    if (code != icSuccess) return code;
+    const TagListPtr offsets = readTagEntries(image, count);
+    for (const icTag_safe64bit& entry : entriesOf(*offsets)) {
+        if (!fits(entry.location, entry.size, length)) return icErrRead;
+    }
+    TagAdopter tags(profile, reinterpret_cast<uintptr_t>(image), count);
+    for (const icTag_safe64bit& entry : entriesOf(*offsets)) {
+        auto bytes = allocateZeroed<uint8_t>(entry.size);
+        if (bytes == nullptr) return icErrNoMemory;
+        std::memcpy(bytes.get(), image + entry.location, entry.size);
+        tags.adopt(entry, std::move(bytes));
+    }
+    return icSuccess;
+}
+
+int loadImage(const void* image, uint64_t length, icProfile_t* out) {
+    if (image == nullptr) return icErrNullData;
+    if (out == nullptr) return icErrInvalid;
+    *out = nullptr;
+    return guarded([&] {
+        ProfilePtr profile = newRecord();
+        if (length < kHeaderSize) return icErrRead;
+        profile->header = headerOf(image);
+        if (profile->header.magic != kMagic) return icErrInvalid;
+        const int code = copyTags(static_cast<const uint8_t*>(image), length, *profile);
+        // Callers of the trusting form get what could be copied when memory ran out.
+        const bool partial = code == icErrNoMemory && length == kTrustedLength && profile->tagList;
+        if (code == icSuccess || partial) *out = profile.release();
+        return code;
+    });
+}
+
+}  // namespace
+}  // namespace lumoxa
+
+FILE* icOpenProfile(const char* path) {
+    return path == nullptr ? nullptr : std::fopen(path, "rb");
+}
+
+void icCloseProfile(FILE* stream) {
+    if (stream != nullptr) std::fclose(stream);
+}
+
+int icLoadProfile(const char* path, icProfile_t* profile) {
+    if (profile == nullptr) return icErrInvalid;
+    *profile = nullptr;
+    if (path == nullptr) return icErrInvalid;
+    return lumoxa::guarded([&] {
+        lumoxa::ProfilePtr opened;
+        const int code = lumoxa::openFileBacked(path, opened);
+        *profile = opened.release();
+        return code;
+    });
+}
+
+int icProfileLoadProfile(icCallerId_t, const char* path, icFileProps_t*, icProfile_t* profile) {
+    if (profile == nullptr) return icErrInvalid;
+    *profile = nullptr;
+    if (path == nullptr) return icErrInvalid;
+    return lumoxa::guarded([&] {
+        lumoxa::ProfilePtr loaded;
+        int code = lumoxa::openFileBacked(path, loaded);
+        if (code == icSuccess) code = lumoxa::loadTags(*loaded);
+        if (code == icSuccess) *profile = loaded.release();
+        return code;
+    });
+}
+
+int icProfileLoadFromBuffer(icCallerId_t, const void* image, icProfile_t* profile) {
+    return lumoxa::loadImage(image, lumoxa::kTrustedLength, profile);
+}
+
+int icProfileLoadFromBuffer(icCallerId_t, const void* image, size_t length, icProfile_t* profile) {
+    return lumoxa::loadImage(image, length, profile);
+}

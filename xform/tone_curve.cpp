@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "xform/tone_curve.h"
+
+#include <cmath>
+
+#include "lut/lut_tag.h"
+#include "profile/pcs_encoding.h"
+
+namespace lumoxa {
+namespace {
+
+using namespace lut_layout;
+
+constexpr uint32_t kXyzTagSize = 20;       // type, reserved, three numbers
+constexpr double kGammaStep = 0.00390625;  // u8Fixed8: 1 / 256
+
+int decodeSampled(const TagCopy& tag, ToneCurve& out) {
+    if (tag.size < kCurveData) return icErrRead;
+    const uint32_t count = loadFileOrder<uint32_t>(tag.data() + kCurveCount);
+    if (count > (tag.size - kCurveData) / 2) return icErrRead;
+    out.entries.resize(count);
+    std::memcpy(out.entries.data(), tag.data() + kCurveData, size_t{2} * count);
+    swapInPlace<uint16_t>(out.entries.data(), count);
+    return icSuccess;
+}
+
+int decodeParametric(const TagCopy& tag, ToneCurve& out) {
+    if (tag.size < kCurveData) return icErrRead;
+    const TagView view{tag.data(), true};
+    const uint32_t count = parametricCount(view.u16(kParaType));
+    if (count == 0) return icErrTagType;
+    if (count > (tag.size - kCurveData) / 4) return icErrRead;
+    out.parametric = true;
+    out.function = ParametricCurve(view);
+    return icSuccess;
+}
+
+void sampleGamma(double gamma, int entries, float* table) {
+    for (int i = 0; i < entries; ++i) {
+        table[i] = static_cast<float>(65535.0 * std::pow(double(i) / (entries - 1), gamma));
+    }
+}
+
+void copyExtended(const std::vector<uint16_t>& source, int entries, float* table) {
+    for (size_t i = 0; i < static_cast<size_t>(entries); ++i) {
+        table[i] = i < source.size() ? source[i] : source.back();
+    }
+}
+
+}  // namespace
+
+int readToneCurve(const icProfileInternal& profile, icTagSignature signature, ToneCurve& out) {
+    TagCopy tag;
+    if (const int code = readTag(profile, signature, tag)) return code;
+    switch (tag.type()) {
+        case kTypeCurve:
+            return decodeSampled(tag, out);
+        case kTypeParametric:
+            return decodeParametric(tag, out);
+        default:
+            return icErrTagType;
+    }
+}
+
+int readXyz(const icProfileInternal& profile, icTagSignature signature,
+            std::array<int32_t, 3>& out) {
+    TagCopy tag;
+    if (const int code = readTag(profile, signature, tag, kXyzTagSize)) return code;
+    for (size_t i = 0; i < out.size(); ++i) {
+        out[i] = static_cast<int32_t>(loadFileOrder<uint32_t>(tag.data() + 8 + 4 * i));
+    }
+    return icSuccess;
+}
+
+void sampleParametric(const ParametricCurve& curve, int entries, float* table) {
+    const float powerScale = curve.type() == 4 ? 1.0f : kSampleMax16;
+    for (int i = 0; i < entries; ++i) {
+        const float x = static_cast<float>(i) / static_cast<float>(entries - 1);
+        const float y = curve.inPowerSegment(x) ? curve.power(x) * powerScale + curve.powerOffset()
+                                                : curve.linear(x);
+        table[i] = curve.type() == 0 ? y : clipped(y, kSampleMax16);
+    }
+}
+
+void sampleToneCurve(const ToneCurve& curve, int entries, float* table) {
+    if (curve.parametric) {
+        sampleParametric(curve.function, entries, table);
+    } else if (curve.entries.empty()) {
+        for (int i = 0; i < entries; ++i) {
+            table[i] = static_cast<float>(i) * kSampleMax16 / static_cast<float>(entries - 1);
+        }
+    } else if (curve.entries.size() == 1) {
+        sampleGamma(curve.entries[0] * kGammaStep, entries, table);
+    } else {
+        copyExtended(curve.entries, entries, table);
+    }
+}
+
+}  // namespace lumoxa

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// Tone curve and XYZ tags of matrix/TRC profiles, read from wherever the profile keeps its tags.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "lut/parametric_curve.h"
+#include "profile/profile_object.h"
+
+namespace lumoxa {
+
+/// A tone curve tag: 'curv' with its entries (none: identity, one: a u8Fixed8 gamma, more: samples
+/// at equal steps) or 'para' with its parameters.
+struct ToneCurve {
+    bool parametric = false;
+    ParametricCurve function;
+    std::vector<uint16_t> entries;
+
+    bool sampled() const { return !parametric && entries.size() >= 2; }
+};
+
+/// Reads a curve tag. icErrNoTag without it, icErrTagType when it holds neither type or a function
+/// of an unknown type, icErrRead when its bytes are fewer than it declares; a tag reader's code.
+int readToneCurve(const icProfileInternal& profile, icTagSignature signature, ToneCurve& out);
+
+/// Reads an XYZ tag as s15Fixed16 numbers. Its type signature is not checked: profiles in use name
+/// other types for the same layout.
+int readXyz(const icProfileInternal& profile, icTagSignature signature,
+            std::array<int32_t, 3>& out);
+
+/// Samples a parametric curve on the scale of curve tables, 0..65535.
+///
+/// The constants c and e of types 2 and 4, and the linear segments of types 3 and 4, are not
+/// brought to that scale, nor is any part of type 4: deliberate, callers rely on these tables as
+/// they are. All types but 0 are clipped to 0..65535.
+void sampleParametric(const ParametricCurve& curve, int entries, float* table);
+
+/// Fills a table of `entries` with the curve's values, 0..65535. A sampled curve is copied entry by
+/// entry and, where it is shorter, extended with its last entry.
+void sampleToneCurve(const ToneCurve& curve, int entries, float* table);
+
+}  // namespace lumoxa
