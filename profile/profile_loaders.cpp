@@ -5,12 +5,14 @@
 // Profile bytes are hostile: no offset or size is believed before it has been compared with what is
 // there. Only the image without a length is trusted, because there is nothing to compare with.
 #include <cstring>
+#include <optional>
 #include <utility>
 
 #include "lumoxa/profile.h"
 #include "profile/entry_guard.h"
 #include "profile/header_reader.h"
 #include "profile/profile_object.h"
+#include "profile/stream_position.h"
 #include "profile/tag_reader.h"
 #include "profile/tag_table.h"
 
@@ -59,6 +61,8 @@ class TagAdopter {
 // Reads all tags of a file-backed profile and closes its file.
 int loadTags(icProfileInternal& profile) {
     const TagListPtr offsets(std::exchange(profile.tagList, nullptr));
+    const std::optional<uint64_t> length = streamLength(profile.stream);
+    if (length && !tagsFit(*offsets, *length)) return icErrRead;
     TagAdopter tags(profile, icTagsLoaded, static_cast<uint32_t>(offsets->count));
     for (const icTag_safe64bit& entry : entriesOf(*offsets)) {
         CHeapPtr<uint8_t> bytes;
@@ -77,9 +81,7 @@ int copyTags(const uint8_t* image, uint64_t length, icProfileInternal& profile) 
     const int code = readTagCount(image, length, count);
     if (code != icSuccess) return code;
     const TagListPtr offsets = readTagEntries(image, count);
-    for (const icTag_safe64bit& entry : entriesOf(*offsets)) {
-        if (!fits(entry.location, entry.size, length)) return icErrRead;
-    }
+    if (!tagsFit(*offsets, length)) return icErrRead;
     TagAdopter tags(profile, reinterpret_cast<uintptr_t>(image), count);
     for (const icTag_safe64bit& entry : entriesOf(*offsets)) {
         auto bytes = allocateZeroed<uint8_t>(entry.size);

@@ -53,6 +53,15 @@ icTag_safe64bit* findTag(icTagList_safe64bit* list, icTagSignature signature) {
     return found == entries.end() ? nullptr : &*found;
 }
 
+bool tagsFit(icTagList_safe64bit& list, uint64_t length) {
+    uint64_t total = 0;  // below 2^32 entries of below 2^32 bytes
+    for (const icTag_safe64bit& entry : entriesOf(list)) {
+        if (!fits(entry.location, entry.size, length)) return false;
+        total += entry.size;
+    }
+    return total / kMaxSharing <= length;
+}
+
 int readTagCount(const uint8_t* image, uint64_t length, uint32_t& count) {
     if (length < kTagTableOffset) return icErrRead;
     count = loadFileOrder<uint32_t>(image + kTagCountOffset);
