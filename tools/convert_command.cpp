@@ -1,0 +1,213 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/convert_command.h"
+
+#include <chrono>
+#include <iomanip>
+#include <iostream>
+
+#include "tools/interrupt.h"
+#include "tools/output_file.h"
+#include "tools/output_format.h"
+#include "tools/pixel_conversion.h"
+#include "tools/progress_bar.h"
+#include "tools/signatures.h"
+#include "tools/source_image.h"
+#include "tools/srgb_profile.h"
+#include "tools/tool_error.h"
+
+namespace lumoxa_tool {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double secondsSince(Clock::time_point start) {
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+struct OutputName {
+    std::string path;
+    std::string options;  // libvips' save options with their brackets, "" for none
+};
+
+OutputName splitOutputName(const std::string& text) {
+    const GlibText path(vips_filename_get_filename(text.c_str()));
+    const GlibText options(vips_filename_get_options(text.c_str()));
+    return {path.get(), options.get()};
+}
+
+// Throws an InputError when the profile describes other pixels than the image has.
+void requireFit(const std::string& input, const SourceImage& source, const Profile& profile) {
+    const int wanted = channelsOfSpace(profile.space());
+    const bool sameSpace = source.space == 0 || source.space == profile.space();
+    if (wanted == source.colourBands && sameSpace) return;
+    std::string image = std::to_string(source.colourBands);
+    if (source.space != 0) image += " " + spaceText(source.space);
+    throw InputError(input + ": has " + image + " channels, but " + profile.name() + " is for " +
+                     std::to_string(wanted) + " " + spaceText(profile.space()) +
+                     " channels; name the image's own profile with --from");
+}
+
+// The embedded profile; --from also helps out where that one is broken or made for other pixels.
+Profile sourceProfile(const ConvertArguments& arguments, const SourceImage& source) {
+    if (source.profile) {
+        try {
+            Profile embedded("profile embedded in " + arguments.input, *source.profile);
+            requireFit(arguments.input, source, embedded);
+            if (!arguments.from.empty() && !arguments.quiet) {
+                printMessage("note: " + arguments.input +
+                             ": has its own profile, --from is not used");
+            }
+            return embedded;
+        } catch (const InputError& error) {
+            if (arguments.from.empty()) throw;
+            printMessage(std::string("note: ") + error.what() + "; --from is used instead");
+        }
+    }
+    if (!arguments.from.empty()) return Profile::open(arguments.from);
+    if (source.space == kRgb) return Profile::open(kBuiltInSrgb);
+    throw InputError(arguments.input +
+                     ": has no embedded profile and is not RGB; name its profile with --from");
+}
+
+VipsInterpretation interpretationOf(uint32_t space, bool sixteenBits) {
+    if (space == kCmyk) return VIPS_INTERPRETATION_CMYK;
+    if (space == kGray) return sixteenBits ? VIPS_INTERPRETATION_GREY16 : VIPS_INTERPRETATION_B_W;
+    return sixteenBits ? VIPS_INTERPRETATION_RGB16 : VIPS_INTERPRETATION_sRGB;
+}
+
+bool targetSixteenBits(const ConvertArguments& arguments, const SourceImage& source,
+                       const OutputFormat& format) {
+    if (arguments.depth == 16 && !format.sixteenBits) {
+        throw UsageError(std::string("--depth 16: ") + format.name +
+                         " holds 8 bits a sample; write .tif or .png");
+    }
+    if (arguments.depth != 0) return arguments.depth == 16;
+    return source.sixteenBits && format.sixteenBits;
+}
+
+PixelPlan makePlan(const Conversion& conversion, const SourceImage& source,
+                   const OutputFormat& format, bool sixteenBits) {
+    PixelPlan plan;
+    plan.xform = conversion.combined.get();
+    plan.sourceColours = source.colourBands;
+    plan.targetColours = static_cast<int>(conversion.desc.outChannels);
+    plan.sourceAlpha = source.alpha;
+    plan.targetAlpha = source.alpha && format.alpha;
+    plan.sourceSixteenBits = source.sixteenBits;
+    plan.targetSixteenBits = sixteenBits;
+    return plan;
+}
+
+// Classic TIFF ends at 4 GiB; what comes near it is written as BigTIFF.
+bool needsBigTiff(VipsImage* image) {
+    constexpr double kSafeBytes = 3.9e9;
+    return static_cast<double>(VIPS_IMAGE_SIZEOF_IMAGE(image)) > kSafeBytes;
+}
+
+int writeImage(VipsImage* image, const std::string& file, const OutputName& name,
+               const OutputFormat& format) {
+    const std::string target = file + (name.options.empty() ? format.options : name.options);
+    if (std::string(format.name) == "TIFF" && needsBigTiff(image)) {
+        return vips_image_write_to_file(image, target.c_str(), "bigtiff", TRUE, nullptr);
+    }
+    return vips_image_write_to_file(image, target.c_str(), nullptr);
+}
+
+// libvips' text without the temporary name, which would tell the user nothing.
+std::string writeError(const std::string& temporary, const std::string& output) {
+    std::string text = takeVipsError();
+    for (size_t at = text.find(temporary); at != std::string::npos; at = text.find(temporary)) {
+        text.replace(at, temporary.size(), output);
+    }
+    return text;
+}
+
+// Says in the metadata what the pixels are now.
+void describePixels(VipsImage* image, const Profile& to) {
+    vips_image_set_blob_copy(image, VIPS_META_ICC_NAME, to.bytes().data(), to.bytes().size());
+    // Cameras write 1, sRGB, here, and some readers believe it more than the profile: 65535 is
+    // Exif's word for any other space.
+    constexpr const char* kExifSpace = "exif-ifd2-ColorSpace";
+    if (vips_image_get_typeof(image, kExifSpace) != 0) {
+        vips_image_set_string(image, kExifSpace, "65535");
+    }
+}
+
+void convertFile(const ConvertArguments& arguments, const OutputName& name,
+                 const OutputFormat& format, SourceImage source, const PixelPlan& plan,
+                 const Profile& to) {
+    OutputFile file(name.path);
+    ImageHandle image = convertPixels(source.image.get(), plan,
+                                      interpretationOf(to.space(), plan.targetSixteenBits));
+    if (!image) throw InputError(arguments.input + ": " + takeVipsError());
+    describePixels(image.get(), to);
+    followProgress(image.get(), arguments.quiet);
+    const int code = writeImage(image.get(), file.temporaryName(), name, format);
+    throwIfInterrupted();
+    if (code != 0) {
+        throw InputError(arguments.input + ": can't be converted into " + name.path + " (" +
+                         writeError(file.temporaryName(), name.path) +
+                         "); check the image and the room on the disk");
+    }
+    image.reset();
+    source.image.reset();  // closes the input, which may be the file to replace
+    file.commit();
+}
+
+void printReport(const ConvertArguments& arguments, const OutputName& name, const Profile& from,
+                 const Profile& to, const Conversion& conversion, const PixelPlan& plan, int width,
+                 int height, double seconds) {
+    const double megapixels = 1e-6 * width * height;
+    const auto bits = [](bool sixteen) { return sixteen ? "16" : "8"; };
+    std::cout << std::fixed << arguments.input << " -> " << name.path << '\n'
+              << "  from      " << from.description() << ": " << conversion.from.describe() << '\n'
+              << "  to        " << to.description() << ": " << conversion.to.describe() << '\n'
+              << "  combined  " << conversion.describe() << ", "
+              << intentText(conversion.desc.intent) << '\n'
+              << "  size      " << width << " x " << height << ", " << bits(plan.sourceSixteenBits)
+              << " to " << bits(plan.targetSixteenBits) << " bits"
+              << (plan.targetAlpha ? ", with alpha" : "") << '\n'
+              << "  time      " << std::setprecision(2) << seconds << " s, " << std::setprecision(1)
+              << megapixels / seconds << " megapixels per second" << std::endl;
+}
+
+void printNotices(const ConvertArguments& arguments, const SourceImage& source,
+                  const Conversion& conversion, const PixelPlan& plan, const OutputFormat& format) {
+    for (const std::string& notice : conversion.notices)
+        printMessage(notice);
+    if (arguments.quiet) return;
+    if (source.pages > 1) {
+        printMessage("note: " + arguments.input + ": has " + std::to_string(source.pages) +
+                     " pages, only one is converted; choose it with '" + arguments.input +
+                     "[page=N]'");
+    }
+    if (plan.sourceAlpha && !plan.targetAlpha) {
+        printMessage("note: " + arguments.output + ": " + format.name +
+                     " holds no transparency, which is dropped");
+    }
+}
+
+}  // namespace
+
+void runConvert(const ConvertArguments& arguments) {
+    watchForInterrupt();  // here only: other commands leave nothing to clean up
+    const OutputName name = splitOutputName(arguments.output);
+    const OutputFormat& format = outputFormat(name.path);
+    const Profile to = Profile::open(arguments.to);
+    requireSpace(name.path, format, to.space());
+    SourceImage source = openSourceImage(arguments.input);
+    const bool sixteenBits = targetSixteenBits(arguments, source, format);
+    const Profile from = sourceProfile(arguments, source);
+    requireFit(arguments.input, source, from);
+    const Clock::time_point start = Clock::now();
+    const Conversion conversion = makeConversion(from, to, arguments.request);
+    const PixelPlan plan = makePlan(conversion, source, format, sixteenBits);
+    printNotices(arguments, source, conversion, plan, format);
+    const int width = vips_image_get_width(source.image.get());
+    const int height = vips_image_get_height(source.image.get());
+    convertFile(arguments, name, format, std::move(source), plan, to);
+    if (arguments.quiet) return;
+    printReport(arguments, name, from, to, conversion, plan, width, height, secondsSince(start));
+}
+
+}  // namespace lumoxa_tool

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// `lumoxa convert`: one image file into another, from device to device.
+#pragma once
+
+#include <string>
+
+#include "tools/transform_chain.h"
+
+namespace lumoxa_tool {
+
+struct ConvertArguments {
+    std::string input;
+    std::string output;
+    std::string from;  ///< for images without a profile; empty: none given
+    std::string to;
+    ConversionRequest request;
+    int depth = 0;  ///< 8 or 16; 0: as the input
+    bool quiet = false;
+};
+
+/// Converts and reports. @throws UsageError, InputError, Interrupted
+void runConvert(const ConvertArguments& arguments);
+
+}  // namespace lumoxa_tool

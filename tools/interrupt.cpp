@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/interrupt.h"
+
+#include <atomic>
+#include <csignal>
+#include <cstdlib>
+
+#include "tools/tool_error.h"
+
+namespace lumoxa_tool {
+namespace {
+
+std::atomic<int> receivedSignal = 0;
+static_assert(std::atomic<int>::is_always_lock_free, "the only kind that a signal handler may use");
+
+extern "C" void noteSignal(int number) {
+    receivedSignal = number;
+}
+
+}  // namespace
+
+void watchForInterrupt() {
+    for (const int number : {SIGINT, SIGTERM}) {
+        if (std::signal(number, noteSignal) == SIG_IGN) std::signal(number, SIG_IGN);
+    }
+}
+
+bool interrupted() {
+    return receivedSignal != 0;
+}
+
+void throwIfInterrupted() {
+    if (interrupted()) throw Interrupted();
+}
+
+void dieOfInterrupt() {
+    const int number = receivedSignal;
+    std::signal(number, SIG_DFL);
+    std::raise(number);
+    std::_Exit(kInputAtFault);  // reached only if the signal is blocked
+}
+
+}  // namespace lumoxa_tool

@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// Command line of the tool.
+#include <clocale>
+#include <cstdio>
+#include <iostream>
+#include <map>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+#include <vips/vips.h>
+
+#include "tools/convert_command.h"
+#include "tools/info_command.h"
+#include "tools/interrupt.h"
+#include "tools/tool_error.h"
+#include "tools/values_command.h"
+
+#if !defined(LUMOXA_TOOL_VERSION)
+#define LUMOXA_TOOL_VERSION "unknown"
+#endif
+
+namespace lumoxa_tool {
+namespace {
+
+struct CommandLine {
+    ConvertArguments convert;
+    ValuesArguments values;
+    std::string profile;
+};
+
+const std::map<std::string, icRenderingIntent> kIntents = {
+    {"perceptual", icPerceptual},
+    {"relative", icRelativeColorimetric},
+    {"saturation", icSaturation},
+    {"absolute", icAbsoluteColorimetric},
+};
+
+void addConversionOptions(CLI::App& command, ConversionRequest& request) {
+    command.add_option("--intent", request.intent, "Rendering intent, relative unless given")
+        ->transform(CLI::Transformer(kIntents))
+        ->option_text("perceptual|relative|saturation|absolute");
+    command.add_flag("--display-flare", request.displayFlare,
+                     "Lift and lower the black of RGB displays by their flare; without it, colour "
+                     "is converted as measured");
+}
+
+CLI::App* addConvert(CLI::App& app, ConvertArguments& arguments) {
+    CLI::App* command = app.add_subcommand("convert", "Convert an image from device to device");
+    command->add_option("IN", arguments.input, "Image to read: TIFF, PNG, JPEG, WebP and more")
+        ->required();
+    command
+        ->add_option("OUT", arguments.output,
+                     "Image to write: .tif, .png, .jpg or .webp, with the target profile embedded; "
+                     "save options may follow the name, as in out.tif[compression=deflate]")
+        ->required();
+    command
+        ->add_option("--to", arguments.to, "Target profile: a file, or sRGB for the built-in one")
+        ->required()
+        ->option_text("PROFILE");
+    command
+        ->add_option("--from", arguments.from,
+                     "Source profile for an image that embeds none; built-in sRGB unless given")
+        ->option_text("PROFILE");
+    addConversionOptions(*command, arguments.request);
+    command->add_option("--depth", arguments.depth, "Bits a sample, as the image has unless given")
+        ->check(CLI::IsMember({8, 16}))
+        ->option_text("8|16");
+    command->add_flag("-q,--quiet", arguments.quiet, "No report, no progress, no notes");
+    return command;
+}
+
+CLI::App* addValues(CLI::App& app, ValuesArguments& arguments) {
+    CLI::App* command = app.add_subcommand("values", "Convert single colours");
+    command->add_option("VALUE", arguments.values,
+                        "Colours such as 255,0,0; without any, lines of the standard input");
+    command
+        ->add_option("--from", arguments.from,
+                     "Source profile: a file, or sRGB for the built-in one")
+        ->required()
+        ->option_text("PROFILE");
+    command->add_option("--to", arguments.to, "Target profile, likewise")
+        ->required()
+        ->option_text("PROFILE");
+    addConversionOptions(*command, arguments.request);
+    command->add_flag("--16", arguments.sixteenBits, "Also -16: numbers are 0..65535, not 0..255");
+    return command;
+}
+
+CLI::App* addInfo(CLI::App& app, std::string& profile) {
+    CLI::App* command = app.add_subcommand("info", "Show a profile's header, tags and transforms");
+    command->add_option("PROFILE", profile, "Profile file, or sRGB for the built-in one")
+        ->required();
+    return command;
+}
+
+// The option parser knows one-letter options and long ones: -16 is neither.
+std::vector<std::string> parserArguments(int argc, char** argv) {
+    std::vector<std::string> arguments;  // last first, as the parser takes them
+    for (int i = argc - 1; i > 0; --i) {
+        arguments.push_back(std::string(argv[i]) == "-16" ? "--16" : argv[i]);
+    }
+    return arguments;
+}
+
+int run(int argc, char** argv) {
+    CLI::App app("lumoxa: colour conversion with ICC profiles");
+    app.footer(
+        "Examples:\n"
+        "  lumoxa convert photo.jpg press.tif --to press.icc\n"
+        "  lumoxa values --from sRGB --to press.icc 255,0,0 0,0,0\n"
+        "  lumoxa info press.icc\n"
+        "Exit codes: 0 done, 1 an input file is at fault, 2 wrong usage.");
+    app.name("lumoxa");
+    app.set_version_flag("--version", "lumoxa " LUMOXA_TOOL_VERSION);
+    app.require_subcommand(1);
+    CommandLine line;
+    CLI::App* const convert = addConvert(app, line.convert);
+    CLI::App* const values = addValues(app, line.values);
+    addInfo(app, line.profile);
+    try {
+        app.parse(parserArguments(argc, argv));
+    } catch (const CLI::Success& wish) {  // help or version
+        return app.exit(wish);
+    } catch (const CLI::ParseError& error) {
+        throw UsageError(std::string(error.what()) + "; see lumoxa --help");
+    }
+    if (convert->parsed()) {
+        runConvert(line.convert);
+    } else if (values->parsed()) {
+        runValues(line.values);
+    } else {
+        runInfo(line.profile);
+    }
+    if (!std::cout.flush()) throw InputError("standard output can't be written; check its disk");
+    return kSuccess;
+}
+
+void ignoreLog(const char*, GLogLevelFlags, const char*, void*) {}
+
+// Codecs warn of trifles in several lines; what matters comes back as an error.
+void startVips(const char* program) {
+    if (VIPS_INIT(program) != 0)
+        throw InputError("libvips does not start: " + std::string(vips_error_buffer()));
+    g_log_set_handler("VIPS", static_cast<GLogLevelFlags>(G_LOG_LEVEL_MASK), ignoreLog, nullptr);
+    vips_cache_set_max(0);  // one image, one pass: nothing comes again
+}
+
+}  // namespace
+}  // namespace lumoxa_tool
+
+int main(int argc, char** argv) {
+    using namespace lumoxa_tool;
+    int exitCode = kInputAtFault;
+    try {
+        startVips(argv[0]);
+        exitCode = run(argc, argv);
+    } catch (const UsageError& error) {
+        printMessage(error.what());
+        exitCode = kUsage;
+    } catch (const Interrupted&) {
+        dieOfInterrupt();
+    } catch (const std::bad_alloc&) {
+        printMessage("not enough memory");
+    } catch (const std::exception& error) {
+        printMessage(error.what());
+    }
+    vips_shutdown();
+    return exitCode;
+}

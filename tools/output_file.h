@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// An output file that appears whole or not at all.
+#pragma once
+
+#include <filesystem>
+
+namespace lumoxa_tool {
+
+/// A temporary name beside the target, removed again unless commit() is reached. The name ends in
+/// the target's suffix, by which the saver is chosen. An existing target stays as it is until then,
+/// so it may even be the input.
+class OutputFile {
+  public:
+    /// @throws InputError when the target's folder is missing or the target is no regular file
+    explicit OutputFile(const std::filesystem::path& target);
+    ~OutputFile();
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+
+    std::string temporaryName() const { return temporary_.string(); }
+
+    /// Puts the finished file in the target's place. @throws InputError
+    void commit();
+
+  private:
+    std::filesystem::path target_;
+    std::filesystem::path temporary_;
+};
+
+}  // namespace lumoxa_tool

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/output_format.h"
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+
+#include "tools/signatures.h"
+#include "tools/tool_error.h"
+
+namespace lumoxa_tool {
+namespace {
+
+// JPEG's usual quality of 75 halves the resolution of colour, which is what this tool is about: 92
+// keeps it whole.
+constexpr OutputFormat kFormats[] = {
+    // suffix, name, options, gray, cmyk, alpha, sixteenBits
+    {".tif", "TIFF", "", true, true, true, true},
+    {".tiff", "TIFF", "", true, true, true, true},
+    {".png", "PNG", "", true, false, true, true},
+    {".jpg", "JPEG", "[Q=92]", true, true, false, false},
+    {".jpeg", "JPEG", "[Q=92]", true, true, false, false},
+    {".webp", "WebP", "[Q=92]", false, false, true, false},
+};
+
+}  // namespace
+
+const OutputFormat& outputFormat(const std::string& path) {
+    std::string suffix = std::filesystem::path(path).extension().string();
+    std::transform(suffix.begin(), suffix.end(), suffix.begin(),
+                   [](unsigned char character) { return std::tolower(character); });
+    for (const OutputFormat& format : kFormats) {
+        if (suffix == format.suffix) return format;
+    }
+    throw InputError(path +
+                     ": format can't be told from the name; end it in .tif, .png, .jpg or .webp");
+}
+
+void requireSpace(const std::string& path, const OutputFormat& format, uint32_t space) {
+    if (space != kRgb && space != kGray && space != kCmyk) {
+        throw InputError(path + ": no image format holds " + spaceText(space) +
+                         " pixels; choose a gray, RGB or CMYK target profile");
+    }
+    if (space == kCmyk && !format.cmyk) {
+        throw InputError(path + ": " + format.name + " can't hold CMYK; write .tif or .jpg");
+    }
+    if (space == kGray && !format.gray) {
+        throw InputError(path + ": " + format.name + " can't hold gray; write .tif, .png or .jpg");
+    }
+}
+
+}  // namespace lumoxa_tool

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/profile_source.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+#include "tools/fault_finder.h"
+#include "tools/profile_text.h"
+#include "tools/signatures.h"
+#include "tools/srgb_profile.h"
+#include "tools/tool_error.h"
+
+namespace lumoxa_tool {
+namespace {
+
+// Sizes in a profile are 32-bit; real ones end at some ten megabytes. The limit keeps a device file
+// or a disc image given by mistake from filling the memory.
+constexpr size_t kMaxProfileBytes = size_t{512} << 20;
+
+struct BlockFree {
+    void operator()(void* block) const { icFree(block); }
+};
+
+std::vector<uint8_t> readFile(const std::string& path) {
+    if (std::error_code ignored; std::filesystem::is_directory(path, ignored)) {
+        throw InputError(path + ": is a directory; give a profile file");
+    }
+    std::ifstream file(path, std::ios::binary);
+    if (!file) {
+        throw InputError(path + ": profile can't be opened; check the path and its permissions");
+    }
+    std::vector<uint8_t> bytes;
+    char block[1 << 16];
+    while (file.read(block, sizeof block), file.gcount() > 0) {
+        bytes.insert(bytes.end(), block, block + file.gcount());
+        if (bytes.size() > kMaxProfileBytes) {
+            throw InputError(path + ": is over 512 MiB, no ICC profile is; check the path");
+        }
+    }
+    return bytes;
+}
+
+}  // namespace
+
+Profile Profile::open(const std::string& word) {
+    if (word == kBuiltInSrgb) return Profile("built-in sRGB", makeSrgbProfile());
+    return Profile(word, readFile(word));
+}
+
+Profile::Profile(std::string name, std::vector<uint8_t> bytes)
+    : name_(std::move(name)), bytes_(std::move(bytes)) {
+    icProfile_t profile = nullptr;
+    const int code = icProfileLoadFromBuffer(nullptr, bytes_.data(), bytes_.size(), &profile);
+    handle_.reset(profile);
+    if (code != icSuccess) throw InputError(name_ + ": " + loadFault(bytes_, code));
+    icProfileGetHeader(profile, &header_);
+
+    // The loader has checked the table and every tag against the bytes, so the readers that take
+    // an image without a length are safe from here on.
+    icTagList_safe64bit* list = nullptr;
+    if (icReadTagTable(bytes_.data(), &list) != icSuccess) throw std::bad_alloc();
+    const std::unique_ptr<icTagList_safe64bit, BlockFree> owner(list);
+    tags_.assign(list->tags, list->tags + list->count);
+}
+
+bool Profile::hasTag(uint32_t signature) const {
+    return std::any_of(tags_.begin(), tags_.end(),
+                       [=](const icTag_safe64bit& entry) { return entry.signature == signature; });
+}
+
+std::optional<Tag> Profile::tag(uint32_t signature) const {
+    for (const icTag_safe64bit& entry : tags_) {
+        if (entry.signature != signature) continue;
+        const uint8_t* first = bytes_.data() + entry.location;
+        const uint32_t type = entry.size >= sizeof(icTagBase) ? bigEndian32(first) : 0;
+        return Tag{type, {first, first + entry.size}};
+    }
+    return std::nullopt;
+}
+
+std::string Profile::description() const {
+    const std::optional<Tag> tag = this->tag(kProfileDescriptionTag);
+    const std::string text = tag ? tagText(*tag) : std::string();
+    return text.empty() ? name_ : text;
+}
+
+}  // namespace lumoxa_tool

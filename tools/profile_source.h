@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// Profiles as the tool holds them: the bytes, the library's handle and a name for messages.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "lumoxa/lumoxa.h"
+
+namespace lumoxa_tool {
+
+/// One tag's bytes, in file byte order throughout.
+struct Tag {
+    uint32_t type = 0;
+    std::vector<uint8_t> bytes;
+};
+
+/// A profile that has been loaded and checked: every tag lies within `bytes`.
+class Profile {
+  public:
+    /// @param word  path of a profile, or "sRGB" for the built-in one
+    static Profile open(const std::string& word);
+
+    /// @param name   how messages call the profile
+    /// @param bytes  the whole profile; trailing bytes are allowed
+    Profile(std::string name, std::vector<uint8_t> bytes);
+
+    icProfile_t handle() const { return handle_.get(); }
+    const std::string& name() const { return name_; }
+    const std::vector<uint8_t>& bytes() const { return bytes_; }
+    const icHeader& header() const { return header_; }
+    uint32_t space() const { return header_.colorSpace; }
+
+    /// The profile's own name, or name() when it has none.
+    std::string description() const;
+
+    /// All entries of the tag table, locations being offsets into bytes().
+    const std::vector<icTag_safe64bit>& tags() const { return tags_; }
+    bool hasTag(uint32_t signature) const;
+    std::optional<Tag> tag(uint32_t signature) const;
+
+  private:
+    struct ProfileFree {
+        void operator()(const icProfileInternal* profile) const { icProfileFree(profile); }
+    };
+
+    std::string name_;
+    std::vector<uint8_t> bytes_;
+    std::unique_ptr<const icProfileInternal, ProfileFree> handle_;
+    icHeader header_ = {};
+    std::vector<icTag_safe64bit> tags_;
+};
+
+}  // namespace lumoxa_tool

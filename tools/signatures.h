@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// Four-character signatures and big-endian fields as profiles hold them, and their words for
+// people.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "lumoxa/types.h"
+
+namespace lumoxa_tool {
+
+/// The number behind a signature: fourCc("acsp") is 0x61637370.
+constexpr uint32_t fourCc(const char (&text)[5]) {
+    uint32_t value = 0;
+    for (int i = 0; i < 4; ++i)
+        value = value << 8 | static_cast<unsigned char>(text[i]);
+    return value;
+}
+
+inline constexpr uint32_t kRgb = fourCc("RGB ");
+inline constexpr uint32_t kCmyk = fourCc("CMYK");
+inline constexpr uint32_t kGray = fourCc("GRAY");
+inline constexpr uint32_t kLut8 = fourCc("mft1");
+inline constexpr uint32_t kLut16 = fourCc("mft2");
+inline constexpr uint32_t kLutAToB = fourCc("mAB ");
+inline constexpr uint32_t kLutBToA = fourCc("mBA ");
+
+inline uint32_t bigEndian16(const uint8_t* at) {
+    return static_cast<uint32_t>(at[0]) << 8 | at[1];
+}
+inline uint32_t bigEndian32(const uint8_t* at) {
+    return bigEndian16(at) << 16 | bigEndian16(at + 2);
+}
+
+/// The four characters, with '?' for what can't be printed: "A2B0".
+std::string signatureText(uint32_t signature);
+
+/// The same between quotes: "'A2B0'".
+std::string quotedSignature(uint32_t signature);
+
+/// A colour space for people: "RGB", "Lab".
+std::string spaceText(uint32_t space);
+
+/// The kind of a transform in words: "lut16", "curves and matrix".
+std::string kindText(uint32_t kind);
+
+std::string intentText(uint32_t intent);
+
+/// Colour channels of a pixel in a space; 0 for a space that ICC.1 doesn't list.
+int channelsOfSpace(uint32_t space);
+
+}  // namespace lumoxa_tool

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// How the tool fails: a one-line sentence and an exit code.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace lumoxa_tool {
+
+/// What scripts see of a run.
+enum ExitCode { kSuccess = 0, kInputAtFault = 1, kUsage = 2 };
+
+/// An input file can't serve. The text names the file, what is wrong with it and what to do.
+class InputError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The command line, or a value given on it, makes no sense.
+class UsageError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The user asked to stop; everything has been cleaned up on the way out.
+class Interrupted : public std::exception {};
+
+/// Prints "lumoxa: text" on the standard error stream, with line breaks made into "; " so that a
+/// message stays one line whatever a file or a codec has put into it.
+void printMessage(const std::string& text);
+
+}  // namespace lumoxa_tool

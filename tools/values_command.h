@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// `lumoxa values`: converts single colours, for scripts.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tools/transform_chain.h"
+
+namespace lumoxa_tool {
+
+struct ValuesArguments {
+    std::string from;
+    std::string to;
+    ConversionRequest request;
+    bool sixteenBits = false;
+    std::vector<std::string> values;  ///< "255,0,0"; none: lines of the standard input
+};
+
+/// Prints one converted colour a line.
+/// @throws UsageError for a value with a wrong count or range, InputError for a profile
+void runValues(const ValuesArguments& arguments);
+
+}  // namespace lumoxa_tool
