@@ -62,7 +62,7 @@ constexpr int simplexOf(float (&f)[4]) {
 /// into a table of simplices.
 class SimplexSelector {
   public:
-    static constexpr int select(float f0, float f1, float f2, float f3) {
+    static constexpr uint8_t select(float f0, float f1, float f2, float f3) {
         return kSimplexOfOutcome[outcome(f0, f1, f2, f3)];
     }
 
@@ -108,22 +108,15 @@ class PentaClut {
 
     void run(const Row* x, int pixels, Row* values) const {
         uint32_t cell[kBlockPixels];
-        Row f[PentaScheme::kDimensions];
+        uint32_t simplex[kBlockPixels];
+        Row f[PentaScheme::kDimensions];  // by input dimension; coordinate j is dimension 3 - j
         locateCells(s_, strides_.data(), x, pixels, cell, f);
-        const auto outputs = static_cast<size_t>(s_.outChannels);
         for (int i = 0; i < pixels; ++i) {
-            const float f0 = f[3][i];  // coordinate j belongs to dimension 3 - j
-            const float f1 = f[2][i];
-            const float f2 = f[1][i];
-            const float f3 = f[0][i];
-            const auto simplex = static_cast<size_t>(SimplexSelector::select(f0, f1, f2, f3));
-            const float* c = s_.coefficients.get() +
-                             cell[i] * outputs * Table::kFloatsPerCellAndOutput +
-                             simplex * Table::kVertices;
-            for (size_t o = 0; o < outputs; ++o, c += Table::kFloatsPerCellAndOutput) {
-                values[o][i] = c[0] * f0 + c[1] * f1 + c[2] * f2 + c[3] * f3 + c[4];
-            }
+            simplex[i] = SimplexSelector::select(f[3][i], f[2][i], f[1][i], f[0][i]);
         }
+        Table::evaluate(s_, cell, simplex, pixels, values, [&f](const float* c, int i) {
+            return c[0] * f[3][i] + c[1] * f[2][i] + c[2] * f[1][i] + c[3] * f[0][i] + c[4];
+        });
     }
 
   private:

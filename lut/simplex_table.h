@@ -13,9 +13,10 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <type_traits>
 
 #include "eval/fan_out.h"
-#include "lut/lut_state.h"
+#include "lut/lut_stages.h"
 
 namespace lumoxa {
 
@@ -41,8 +42,14 @@ struct SimplexTable {
     /// are numbered like the grid, the last dimension fastest. Throws std::bad_alloc.
     static std::shared_ptr<const float[]> build(const icLutState_t& state);
 
-    /// Cells to step over for one step along each dimension, times the outputs.
+    /// Cells to step over for one step along each dimension.
     static std::array<uint32_t, kDimensions> cellStrides(const icLutState_t& state);
+
+    /// Evaluates all outputs of a block of pixels from the cell and the simplex of each.
+    /// `affine(c, i)` is the function with coefficients `c` at the fractions of pixel `i`.
+    template <class State, class Affine>
+    static void evaluate(const State& state, const uint32_t* cell, const uint32_t* simplex,
+                         int pixels, Row* values, Affine affine);
 };
 
 /// Bytes that a coefficient table may take: 2 GiB. The largest grids of real four-ink profiles (17
@@ -94,6 +101,31 @@ std::array<uint32_t, SimplexTable<Scheme>::kDimensions> SimplexTable<Scheme>::ce
         stride *= static_cast<uint32_t>(state.lastCell[d] + 1);
     }
     return strides;
+}
+
+template <class Scheme>
+template <class State, class Affine>
+void SimplexTable<Scheme>::evaluate(const State& state, const uint32_t* cell,
+                                    const uint32_t* simplex, int pixels, Row* values,
+                                    Affine affine) {
+    const auto forOutputs = [&](auto outputs) {
+        const auto n = static_cast<size_t>(outputs);
+        for (int i = 0; i < pixels; ++i) {
+            const float* c = state.coefficients.get() + cell[i] * n * kFloatsPerCellAndOutput +
+                             size_t{simplex[i]} * kVertices;
+            for (size_t o = 0; o < n; ++o, c += kFloatsPerCellAndOutput)
+                values[o][i] = affine(c, i);
+        }
+    };
+    // The counts of nearly all profiles are constants, so that their loops unroll.
+    switch (state.outChannels) {
+        case 3:
+            return forOutputs(std::integral_constant<int, 3>());
+        case 4:
+            return forOutputs(std::integral_constant<int, 4>());
+        default:
+            return forOutputs(state.outChannels);
+    }
 }
 
 namespace simplex_detail {

@@ -32,10 +32,11 @@ struct TetraScheme {
 /// The tetrahedron that holds a point. Ties fall to one fixed side, which matters because equal
 /// values summed in another order may round differently.
 constexpr int tetrahedronOf(float f0, float f1, float f2) {
-    const float larger = f1 > f2 ? f1 : f2;
-    if (f0 > larger) return f2 > f1 ? 4 : 5;
-    if (f1 > f2) return f2 > f0 ? 2 : 3;
-    return f1 > f0 ? 0 : 1;
+    const int f0Largest = 5 - (f2 > f1);  // selected without branches, which noise would mispredict
+    const int f1Larger = 3 - (f2 > f0);
+    const int f2Larger = 1 - (f1 > f0);
+    const int f0NotLargest = f1 > f2 ? f1Larger : f2Larger;
+    return f0 > (f1 > f2 ? f1 : f2) ? f0Largest : f0NotLargest;
 }
 
 /// A LUT state with the coefficients of its grid: [cell][output][tetrahedron 0..5][c0..c3].
@@ -57,20 +58,15 @@ class TetraClut {
 
     void run(const Row* x, int pixels, Row* values) const {
         uint32_t cell[kBlockPixels];
+        uint32_t tetrahedron[kBlockPixels];
         Row f[TetraScheme::kDimensions];
         locateCells(s_, strides_.data(), x, pixels, cell, f);
-        const auto outputs = static_cast<size_t>(s_.outChannels);
         for (int i = 0; i < pixels; ++i) {
-            const float f0 = f[0][i];
-            const float f1 = f[1][i];
-            const float f2 = f[2][i];
-            const float* c = s_.coefficients.get() +
-                             cell[i] * outputs * Table::kFloatsPerCellAndOutput +
-                             static_cast<size_t>(tetrahedronOf(f0, f1, f2)) * Table::kVertices;
-            for (size_t o = 0; o < outputs; ++o, c += Table::kFloatsPerCellAndOutput) {
-                values[o][i] = c[0] * f0 + c[1] * f1 + c[2] * f2 + c[3];
-            }
+            tetrahedron[i] = static_cast<uint32_t>(tetrahedronOf(f[0][i], f[1][i], f[2][i]));
         }
+        Table::evaluate(s_, cell, tetrahedron, pixels, values, [&f](const float* c, int i) {
+            return c[0] * f[0][i] + c[1] * f[1][i] + c[2] * f[2][i] + c[3];
+        });
     }
 
   private:
