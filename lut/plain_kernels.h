@@ -9,8 +9,8 @@ namespace lumoxa {
 
 /// Corner values are reduced pairwise along one dimension after another, the last input dimension
 /// first. Corners arrive in counting order, and like the carries of a binary counter, two finished
-/// subcubes of one size merge as soon as the second is there; so a cell needs one row of partial
-/// results a dimension, not one a corner.
+/// subcubes of one size merge as soon as the second is there; so one row of partial results a
+/// dimension is enough, instead of one a corner.
 class PlainClut {
   public:
     using State = icLutState_t;
@@ -19,51 +19,38 @@ class PlainClut {
     explicit PlainClut(const icLutState_t& s) : s_(s) {}
 
     void run(const Row* x, int pixels, Row* values) const {
-        if (s_.clut8 != nullptr) {
-            interpolate(s_.clut8, x, pixels, values);
-        } else {
-            interpolate(s_.clut16, x, pixels, values);
+        uint32_t cell[kBlockPixels];
+        Row fraction[kMaxInputs];
+        locateCells(s_, s_.strides, x, pixels, cell, fraction);
+        for (int o = 0; o < s_.outChannels; ++o) {
+            if (s_.clut8 != nullptr) {
+                reduce(s_.clut8 + o, cell, fraction, pixels, values[o]);
+            } else {
+                reduce(s_.clut16 + o, cell, fraction, pixels, values[o]);
+            }
         }
     }
 
   private:
-    /// Outputs reduced together; a tag with more goes through its cells several times.
-    static constexpr int kGroup = 16;
-
     template <class Entry>
-    void interpolate(const Entry* clut, const Row* x, int pixels, Row* values) const {
-        uint32_t cell[kBlockPixels];
-        Row fraction[kMaxInputs];
-        locateCells(s_, s_.strides, x, pixels, cell, fraction);
-        for (int first = 0; first < s_.outChannels; first += kGroup) {
-            const int outputs = std::min(kGroup, s_.outChannels - first);
-            for (int i = 0; i < pixels; ++i) {
-                float f[kMaxInputs];  // by corner bit
-                for (int d = 0; d < s_.inChannels; ++d)
-                    f[s_.inChannels - 1 - d] = fraction[d][i];
-                float result[kGroup];
-                reduce(clut + cell[i] + first, f, outputs, result);
-                for (int o = 0; o < outputs; ++o)
-                    values[first + o][i] = result[o];
-            }
-        }
-    }
-
-    template <class Entry>
-    void reduce(const Entry* cell, const float* f, int outputs, float* row) const {
-        float partial[kMaxInputs][kGroup];
+    void reduce(const Entry* clut, const uint32_t* cell, const Row* fraction, int pixels,
+                float* value) const {
+        Row row;
+        Row partial[kMaxInputs];  // of finished subcubes, by their dimension count
         for (uint32_t corner = 0; corner < s_.cornerCount; ++corner) {
-            const Entry* entry = cell + s_.cornerOffsets[corner];
-            for (int o = 0; o < outputs; ++o)
-                row[o] = static_cast<float>(entry[o]);
+            const Entry* entry = clut + s_.cornerOffsets[corner];
+            for (int i = 0; i < pixels; ++i)
+                row[i] = static_cast<float>(entry[cell[i]]);
             int bit = 0;
             for (; (corner >> bit & 1) != 0; ++bit) {
                 const float* low = partial[bit];
-                for (int o = 0; o < outputs; ++o)
-                    row[o] = low[o] + (row[o] - low[o]) * f[bit];
+                const float* f = fraction[s_.inChannels - 1 - bit];
+                for (int i = 0; i < pixels; ++i)
+                    row[i] = low[i] + (row[i] - low[i]) * f[i];
             }
-            if (bit < s_.inChannels) std::copy_n(row, outputs, partial[bit]);
+            if (bit < s_.inChannels) std::copy_n(row, pixels, partial[bit]);
         }
+        std::copy_n(row, pixels, value);
     }
 
     const icLutState_t& s_;

@@ -19,8 +19,9 @@ int decodeSampled(const TagCopy& tag, ToneCurve& out) {
     const uint32_t count = loadFileOrder<uint32_t>(tag.data() + kCurveCount);
     if (count > (tag.size - kCurveData) / 2) return icErrRead;
     out.entries.resize(count);
-    std::memcpy(out.entries.data(), tag.data() + kCurveData, size_t{2} * count);
-    swapInPlace<uint16_t>(out.entries.data(), count);
+    for (uint32_t i = 0; i < count; ++i) {
+        out.entries[i] = loadFileOrder<uint16_t>(tag.data() + kCurveData + size_t{2} * i);
+    }
     return icSuccess;
 }
 
