@@ -7,8 +7,7 @@
 // Invariants: the state is immutable; fractions lie in [0, 1] for inputs within the grid.
 #pragma once
 
-#include "lut/lut_stages.h"
-#include "lut/simplex_table.h"
+#include "lut/simplex_clut.h"
 
 namespace lumoxa {
 
@@ -27,7 +26,9 @@ struct PentaScheme {
         {0, 2, 6, 14, 15},  {0, 4, 6, 14, 15},  {0, 2, 10, 14, 15},  //
         {0, 8, 10, 14, 15}, {0, 4, 12, 14, 15}, {0, 8, 12, 14, 15},  // coordinate 0 smallest
     };
-    static constexpr int bitOfCoordinate(int coordinate) { return coordinate; }
+    static constexpr int dimensionOf(int coordinate) { return 3 - coordinate; }
+    static constexpr int bitOf(int coordinate) { return coordinate; }
+    static int select(const Row* f, int i);
 };
 
 /// Sorts the four fractions in place into ascending order by a stable insertion sort and returns
@@ -89,39 +90,11 @@ class SimplexSelector {
 inline constexpr std::array<uint8_t, 64> SimplexSelector::kSimplexOfOutcome =
     SimplexSelector::makeTable();
 
-/// A LUT state with the coefficients of its grid: [cell][output][simplex 0..23][c0..c4].
-struct icLutPentaState_t : icLutState_t {
-    std::shared_ptr<const float[]> coefficients;
-};
+inline int PentaScheme::select(const Row* f, int i) {
+    return SimplexSelector::select(f[3][i], f[2][i], f[1][i], f[0][i]);
+}
 
-/// Makes the state of a checked four-input tag in host byte order. Throws std::bad_alloc.
-std::unique_ptr<icLutPentaState_t> icBuildPentaState(const icTagBase* tag, uint32_t inSpace,
-                                                     uint32_t outSpace);
-
-class PentaClut {
-  public:
-    using State = icLutPentaState_t;
-    using Table = SimplexTable<PentaScheme>;
-    static constexpr bool kClipsMiddle = true;
-
-    explicit PentaClut(const icLutPentaState_t& s) : s_(s), strides_(Table::cellStrides(s)) {}
-
-    void run(const Row* x, int pixels, Row* values) const {
-        uint32_t cell[kBlockPixels];
-        uint32_t simplex[kBlockPixels];
-        Row f[PentaScheme::kDimensions];  // by input dimension; coordinate j is dimension 3 - j
-        locateCells(s_, strides_.data(), x, pixels, cell, f);
-        for (int i = 0; i < pixels; ++i) {
-            simplex[i] = SimplexSelector::select(f[3][i], f[2][i], f[1][i], f[0][i]);
-        }
-        Table::evaluate(s_, cell, simplex, pixels, values, [&f](const float* c, int i) {
-            return c[0] * f[3][i] + c[1] * f[2][i] + c[2] * f[1][i] + c[3] * f[0][i] + c[4];
-        });
-    }
-
-  private:
-    const icLutPentaState_t& s_;
-    std::array<uint32_t, PentaScheme::kDimensions> strides_;
-};
+using icLutPentaState_t = SimplexState<PentaScheme>;
+using PentaClut = SimplexClut<PentaScheme>;
 
 }  // namespace lumoxa

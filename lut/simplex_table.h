@@ -16,7 +16,7 @@
 #include <type_traits>
 
 #include "eval/fan_out.h"
-#include "lut/lut_stages.h"
+#include "lut/lut_state.h"
 
 namespace lumoxa {
 
@@ -24,7 +24,8 @@ namespace lumoxa {
 ///   kDimensions            n
 ///   kSimplices             n!
 ///   kCorners[t][v]         corner number of vertex v of simplex t, vertex 0 the lowest
-///   bitOfCoordinate(j)     corner bit that coefficient j multiplies
+///   dimensionOf(j)         input dimension of coordinate j, which coefficient j multiplies
+///   bitOf(j)               corner bit of coordinate j
 template <class Scheme>
 struct SimplexTable {
     static constexpr int kDimensions = Scheme::kDimensions;
@@ -44,12 +45,6 @@ struct SimplexTable {
 
     /// Cells to step over for one step along each dimension.
     static std::array<uint32_t, kDimensions> cellStrides(const icLutState_t& state);
-
-    /// Evaluates all outputs of a block of pixels from the cell and the simplex of each.
-    /// `affine(c, i)` is the function with coefficients `c` at the fractions of pixel `i`.
-    template <class State, class Affine>
-    static void evaluate(const State& state, const uint32_t* cell, const uint32_t* simplex,
-                         int pixels, Row* values, Affine affine);
 };
 
 /// Bytes that a coefficient table may take: 2 GiB. The largest grids of real four-ink profiles (17
@@ -63,8 +58,7 @@ typename SimplexTable<Scheme>::Matrix SimplexTable<Scheme>::inverseVertexMatrix(
     for (size_t v = 0; v < kVertices; ++v) {
         const int corner = Scheme::kCorners[simplex][v];
         for (int j = 0; j < kDimensions; ++j) {
-            a[v][static_cast<size_t>(j)] =
-                static_cast<float>(corner >> Scheme::bitOfCoordinate(j) & 1);
+            a[v][static_cast<size_t>(j)] = static_cast<float>(corner >> Scheme::bitOf(j) & 1);
         }
         a[v][kDimensions] = 1.0f;
         inverse[v][v] = 1.0f;
@@ -101,31 +95,6 @@ std::array<uint32_t, SimplexTable<Scheme>::kDimensions> SimplexTable<Scheme>::ce
         stride *= static_cast<uint32_t>(state.lastCell[d] + 1);
     }
     return strides;
-}
-
-template <class Scheme>
-template <class State, class Affine>
-void SimplexTable<Scheme>::evaluate(const State& state, const uint32_t* cell,
-                                    const uint32_t* simplex, int pixels, Row* values,
-                                    Affine affine) {
-    const auto forOutputs = [&](auto outputs) {
-        const auto n = static_cast<size_t>(outputs);
-        for (int i = 0; i < pixels; ++i) {
-            const float* c = state.coefficients.get() + cell[i] * n * kFloatsPerCellAndOutput +
-                             size_t{simplex[i]} * kVertices;
-            for (size_t o = 0; o < n; ++o, c += kFloatsPerCellAndOutput)
-                values[o][i] = affine(c, i);
-        }
-    };
-    // The counts of nearly all profiles are constants, so that their loops unroll.
-    switch (state.outChannels) {
-        case 3:
-            return forOutputs(std::integral_constant<int, 3>());
-        case 4:
-            return forOutputs(std::integral_constant<int, 4>());
-        default:
-            return forOutputs(state.outChannels);
-    }
 }
 
 namespace simplex_detail {

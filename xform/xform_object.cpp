@@ -20,10 +20,10 @@ void attachLutState(icXformInternal& xform, LutStateKind kind) {
     const TagView tag{reinterpret_cast<const uint8_t*>(xform.tagData), false};
     if (kind == LutStateKind::kTetra) {
         xform.tetraState =
-            icBuildTetraState(xform.tagData, xform.inSpace, xform.outSpace).release();
+            buildSimplexState<TetraScheme>(xform.tagData, xform.inSpace, xform.outSpace).release();
     } else if (kind == LutStateKind::kPenta) {
         xform.pentaState =
-            icBuildPentaState(xform.tagData, xform.inSpace, xform.outSpace).release();
+            buildSimplexState<PentaScheme>(xform.tagData, xform.inSpace, xform.outSpace).release();
     } else {
         auto plain = std::make_unique<icLutState_t>();
         icBuildLutState(xform.tagData, xform.inSpace, xform.outSpace, *plain);
