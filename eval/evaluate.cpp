@@ -39,14 +39,14 @@ bool addressable(const icPixelLayout_t& layout, int32_t lines) {
                         [](const void* data) { return data == nullptr; });
 }
 
-/// One side of a conversion: where the kernel finds its lines.
+/// One side of a conversion: where the kernel finds its lines. The source's counts rule both sides.
 class Side {
   public:
-    Side(const icPixelLayout_t& layout, int samplesPerPixel, int32_t kernelPixels)
+    Side(const icPixelLayout_t& layout, int samplesPerPixel, const icPixelLayout_t& source)
         : layout_(layout), samples_(samplesPerPixel) {
-        if (packed()) return;
+        if (packed() || source.lineCount < 1) return;
         // What the kernel touches and what the copy touches, whatever the layouts say.
-        const int64_t byKernel = int64_t{samplesPerPixel} * std::max(kernelPixels, 0);
+        const int64_t byKernel = int64_t{samplesPerPixel} * std::max(source.pixelCount, 0);
         const int64_t byCopy = int64_t{layout.channelCount} * std::max(layout.pixelCount, 0);
         const auto bytes = static_cast<uint64_t>(std::max(byKernel, byCopy)) *
                            static_cast<uint64_t>(sampleSize(layout));
@@ -133,8 +133,8 @@ int evaluate(const icXformInternal& xform, const icPixelLayout_t& source,
     }
     const BoundKernel kernel = chooseKernel(xform, depthOf(source), depthOf(destination));
     if (!kernel) return icErrXformKind;
-    const Side in(source, kernel.inSamples, source.pixelCount);
-    const Side out(destination, kernel.outSamples, source.pixelCount);
+    const Side in(source, kernel.inSamples, source);
+    const Side out(destination, kernel.outSamples, source);
     progress.start();
     convertLines(kernel, in, out, source.pixelCount, source.lineCount, progress);
     return progress.end();
