@@ -6,17 +6,8 @@ namespace lumoxa {
 using namespace lut_layout;
 
 uint32_t TagView::curves(LutElement set) const {
-    const bool toPcs = type() == kTypeLutAToB;
-    switch (set) {
-        case kBCurves:
-            return toPcs ? outputs() : inputs();
-        case kMCurves:
-            return toPcs ? outputs() : inputs();
-        case kACurves:
-            return toPcs ? inputs() : outputs();
-        default:
-            return 0;
-    }
+    const bool onInputSide = (type() == kTypeLutAToB) == (set == kACurves);
+    return onInputSide ? inputs() : outputs();
 }
 
 uint64_t TagView::curveSize(uint32_t at) const {

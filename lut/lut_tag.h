@@ -76,7 +76,7 @@ struct TagView {
     uint32_t offset(LutElement element) const {
         return u32(lut_layout::kOffsets + 4 * static_cast<uint32_t>(element));
     }
-    /// Curves of a set: B curves stand on the connection-space side, A and M curves follow from it.
+    /// Curves of a set: A curves stand on the device side of the grid, B and M curves on the other.
     uint32_t curves(LutElement set) const;
     /// Bytes of the curve at `at`, signature to last entry; it must be of a known type.
     uint64_t curveSize(uint32_t at) const;

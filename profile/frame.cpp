@@ -29,7 +29,7 @@ int icGetErrorText(int code, int size, char* buffer) {
 int icGetInfo(icDBInfo_s* info, int size) {
     if (size < static_cast<int>(sizeof(icDBInfo_s))) return icErrBufferSize;
     if (info == nullptr) return icErrInvalid;
-    *info = icDBInfo_s{"2.1.0", "1.0", 0};
+    *info = icDBInfo_s{LUMOXA_VERSION, "1.0", 0};
     return icSuccess;
 }
 

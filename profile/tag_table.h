@@ -42,9 +42,9 @@ constexpr bool fits(uint64_t offset, uint64_t size, uint64_t length) {
     return offset <= length && size <= length - offset;
 }
 
-/// Bytes that the tags of a profile may take together, in lengths of the profile. Tags may share data,
-/// as the three intents of a printer often do, but each is copied by itself: without a bound, a
-/// small file with thousands of entries for one large range would take all memory.
+/// Bytes that the tags of a profile may take together, in lengths of the profile. Tags may share
+/// data, as the three intents of a printer often do, but each is copied by itself: without a bound,
+/// a small file with thousands of entries for one large range would take all memory.
 inline constexpr uint64_t kMaxSharing = 64;
 
 /// Whether every tag lies inside `length` bytes and all together keep to the bound.

@@ -1,0 +1,342 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <atomic>
+#include <cmath>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "profile/byte_order.h"
+#include "tests/support/seeded_random.h"
+#include "tests/support/xforms.h"
+#include "xform/xform_object.h"
+
+namespace lumoxa_test {
+namespace {
+
+using Chain = std::vector<icXform_t>;
+
+OwnedXform combined(const Chain& chain, int options = 0) {
+    icXform_t out = nullptr;
+    EXPECT_EQ(icCombineXforms(int(chain.size()), chain.data(), &out, options, nullptr, nullptr,
+                              nullptr, 0),
+              0);
+    return OwnedXform(out);
+}
+
+OwnedXform matrixXform(uint32_t transType, double gamma = 1, const char* deviceClass = "scnr",
+                       uint32_t intent = 1, const Bytes& white = xyzTag(0.9642, 1, 0.8249)) {
+    const std::vector<Bytes> curves(3, curveTag({uint16_t(gamma * 256)}));
+    return requested(rgbProfile(curves, deviceClass).addTag("wtpt", white), intent, transType);
+}
+
+// All outputs rise in step from 0 to 65535 with the sum of the inputs.
+OwnedXform lutXform(const char* in, const char* out, uint32_t inputs, uint32_t outputs,
+                    uint32_t grid) {
+    Samples clut;
+    for (size_t p = 0; p < power(grid, inputs); ++p) {
+        size_t sum = 0;
+        for (size_t rest = p; rest != 0; rest /= grid)
+            sum += rest % grid;
+        clut.insert(clut.end(), outputs, uint16_t(sum * 65535 / (inputs * (grid - 1))));
+    }
+    return requested(lutProfile(gridTag(inputs, outputs, grid, clut), in, out), 1, icDeviceToPcs);
+}
+
+// Lab to inks: L* alone decides, and Lab white gets `tint` of every ink.
+OwnedXform press(uint16_t tint, uint32_t outEntries = 256, const char* deviceClass = "prtr",
+                 uint32_t intent = 1) {
+    LutContent c;
+    c.outputs = 4, c.grid = 3, c.inEntries = 2, c.outEntries = outEntries;
+    for (const uint16_t ink : {uint16_t{65535}, uint16_t{30000}, tint})
+        c.clut.insert(c.clut.end(), 9 * 4, ink);
+    return requested(ProfileBytes(deviceClass, "Lab ", "CMYK").addTag("A2B0", lut16Tag(c)), intent,
+                     icDeviceToPcs);
+}
+
+const Samples kCorners = {0, 0, 0, 65535, 0, 0, 0, 65535, 65535, 65535, 65535, 65535};
+
+TEST(Combine, LosesCurvesOrAppliesThemTwice) {
+    Samples nodes;  // of a grid of three
+    for (int p = 0; p < 27; ++p) {
+        for (const int i : {p / 9, p / 3 % 3, p % 3})
+            nodes.push_back(uint16_t(i * 65535 / 2.0 + 0.5));
+    }
+    // Exponents below 1 on the way back, so that a unit before the last curve is not many after it.
+    const OwnedXform forward = matrixXform(icDeviceToPcs), back = matrixXform(icPcsToDevice);
+    const OwnedXform bent = matrixXform(icDeviceToPcs, 1.8),
+                     unbent = matrixXform(icPcsToDevice, 0.5);
+    const OwnedXform lut = lutXform("RGB ", "XYZ ", 3, 3, 3),
+                     link = lutXform("RGB ", "RGB ", 3, 3, 3);
+    const Chain chains[] = {{forward.get(), back.get()},
+                            {forward.get(), unbent.get()},
+                            {unbent.get(), bent.get()},
+                            {unbent.get()},
+                            {link.get(), link.get()},
+                            {lut.get(), unbent.get()},
+                            {unbent.get(), link.get(), bent.get()},
+                            {bent.get(), unbent.get(), forward.get(), back.get()}};
+    for (size_t i = 0; i < std::size(chains); ++i) {
+        // Curves ahead of the grid move its points: there, only the ends fall on them.
+        const Samples in = chains[i][0] == bent.get() ? kCorners : nodes;
+        Samples byHand = in;
+        for (const icXform_t x : chains[i])
+            byHand = converted(x, byHand);
+        expectNear(combined(chains[i]), in, byHand, 3);
+    }
+    const Samples any =
+        SeededRandom(1).samples(3000);  // a linear chain is linear between the nodes
+    expectNear(combined({bent.get(), back.get()}), any,
+               converted(back.get(), converted(bent.get(), any)), 12);
+}
+
+// A grid of two has no points between the ends: its curves move into the result's tables, and the
+// finer grid of the result changes nothing.
+TEST(Combine, BendsTheSmallestGrids) {
+    LutContent small;
+    small.inEntries = small.outEntries = 256;
+    LutABContent ab;
+    ab.grid = {2, 2, 2};
+    SeededRandom random(6);
+    small.clut = ab.clut = random.samples(24);
+    for (size_t i = 0; i < 3 * 256; ++i) {
+        small.inTables.push_back(uint16_t(257 * (i % 256) * (i % 256) / 255));
+        small.outTables.push_back(uint16_t(65535 - 257 * (i % 256) * (i % 256) / 255));
+    }
+    for (size_t c = 0; c < 3; ++c) {
+        const auto from = small.inTables.begin(), to = small.outTables.begin();
+        ab.aCurves.push_back(curveTag({from, from + 256}));
+        ab.bCurves.push_back(curveTag({to, to + 256}));
+    }
+    const Samples any = random.samples(3000);
+    const std::pair<Bytes, const char*> luts[] = {{lut8Tag(small), "RGB "},
+                                                  {lut16Tag(small), "RGB "},
+                                                  {lutAToBTag(ab), "RGB "},
+                                                  {lutAToBTag(ab), "Lab "},
+                                                  {lut8Tag(small), "XYZ "}};
+    for (const auto& [tag, outSpace] : luts) {
+        const OwnedXform x = requested(lutProfile(tag, "RGB ", outSpace), 1, icDeviceToPcs);
+        expectNear(combined({x.get()}), any, converted(x.get(), any), 3);
+    }
+    const OwnedXform fromLab =
+        requested(lutProfile(lutBToATag(ab), "Lab ", "RGB "), 1, icDeviceToPcs);
+    expectNear(combined({fromLab.get()}), any, converted(fromLab.get(), any), 3);
+}
+
+TEST(Combine, MissesLinksThatDoNotFit) {
+    const OwnedXform toXyz = matrixXform(icDeviceToPcs), fromXyz = matrixXform(icPcsToDevice);
+    const OwnedXform cmyk = lutXform("CMYK", "Lab ", 4, 3, 3), ink = press(0);
+    const struct {
+        Chain chain;
+        int code, link;
+    } cases[] = {{{toXyz.get(), cmyk.get()}, icErrXformKind, 1},
+                 {{toXyz.get(), toXyz.get()}, icErrXformKind, 1},
+                 {{toXyz.get(), fromXyz.get(), fromXyz.get()}, icErrXformKind, 2},
+                 {{toXyz.get(), ink.get(), cmyk.get(), toXyz.get()}, icErrXformKind, 3},
+                 {{toXyz.get(), ink.get()}, 0, -1},
+                 {{toXyz.get(), nullptr}, icErrInvalid, -1},
+                 {{}, icErrInvalid, -1}};
+    for (const auto& c : cases) {
+        int link = -1;
+        icXform_t out = toXyz.get();
+        EXPECT_EQ(
+            icCombineXforms(int(c.chain.size()), c.chain.data(), &out, &link, nullptr, nullptr, 0),
+            c.code);
+        EXPECT_EQ(link, c.link);
+        EXPECT_EQ(out != nullptr, c.code == 0);
+        icXformFree(out);
+    }
+}
+
+TEST(Combine, SizesTheGridOtherwise) {
+    const unsigned short d50[3] = {31595, 32768, 27030};
+    const OwnedXform toXyz = matrixXform(icDeviceToPcs), fromXyz = matrixXform(icPcsToDevice);
+    const OwnedXform labToXyz(icGetLabToXyzXform(d50, d50, true)),
+        xyzToLab(icGetXyzToLabXform(d50, d50));
+    const auto rgb = [](uint32_t grid) { return lutXform("RGB ", "Lab ", 3, 3, grid); };
+    const OwnedXform two = rgb(2), ten = rgb(10), big = rgb(33), mid = rgb(21), over = rgb(23);
+    const OwnedXform inks = lutXform("CMYK", "RGB ", 4, 3, 3),
+                     one = lutXform("GRAY", "Lab ", 1, 3, 255);
+    const struct {
+        Chain chain;
+        uint32_t grid;
+        bool tetra, penta;
+    } cases[] = {{{toXyz.get(), fromXyz.get()}, 3, true, false},
+                 {{labToXyz.get(), fromXyz.get()}, 31, true, false},
+                 {{toXyz.get(), xyzToLab.get()}, 31, true, false},
+                 {{two.get()}, 3, true, false},
+                 {{ten.get()}, 11, true, false},
+                 {{big.get(), fromXyz.get()}, 33, true, false},
+                 {{one.get()}, 255, false, false},
+                 {{inks.get(), mid.get()}, 11, false, true},     // 11 > 21 / 2
+                 {{inks.get(), over.get()}, 23, false, false}};  // 11 = 23 / 2 is too coarse
+    for (size_t i = 0; i < std::size(cases); ++i) {
+        const OwnedXform x = combined(cases[i].chain);
+        EXPECT_EQ(x->gridPoints, cases[i].grid) << i;
+        EXPECT_EQ(x->tetraState != nullptr, cases[i].tetra) << i;
+        EXPECT_EQ(x->pentaState != nullptr, cases[i].penta) << i;
+        const icXformDesc_t d = described(x.get()), first = described(cases[i].chain.front());
+        EXPECT_EQ(d.kind, fourcc("mft2"));
+        EXPECT_EQ(d.transType, uint32_t{icCombined});
+        EXPECT_EQ(d.intent, first.intent);
+        EXPECT_EQ(d.inSpace, first.inSpace);
+        EXPECT_EQ(d.outSpace, described(cases[i].chain.back()).outSpace);
+    }
+}
+
+TEST(Combine, LosesThePaperOfAbsoluteColorimetry) {
+    const Bytes paper = xyzTag(0.7, 0.75, 0.5);
+    const OwnedXform from = matrixXform(icDeviceToPcs, 1, "scnr", 3, paper),
+                     same = matrixXform(icPcsToDevice, 1, "scnr", 3, paper);
+    const OwnedXform to = matrixXform(icPcsToDevice, 1, "scnr", 3, xyzTag(0.8, 0.8, 0.6));
+    icXform_t measured = nullptr;  // device white is the paper, as seen by what follows
+    const icXform_t chain[] = {from.get()};
+    ASSERT_EQ(icBuild2LabXform(1, chain, &measured, nullptr), 0);
+    const double f[3] = {std::cbrt(0.7 / 0.9642), std::cbrt(0.75), std::cbrt(0.5 / 0.8249)};
+    const Samples lab = converted(OwnedXform(measured).get(), {65535, 65535, 65535});
+    EXPECT_NEAR(lab[0], 652.8 * (116 * f[1] - 16), 4);
+    EXPECT_NEAR(lab[1], 32768 + 256 * 500 * (f[0] - f[1]), 8);
+    EXPECT_NEAR(lab[2], 32768 + 256 * 200 * (f[1] - f[2]), 5);
+    // Two absolute transforms of one paper change nothing, those of two papers scale.
+    expectNear(combined({from.get(), same.get()}), kCorners, kCorners, 12);
+    const Bytes brighter = xyzTag(0.84, 0.9, 0.6);
+    const OwnedXform there = matrixXform(icPcsToDevice, 1, "scnr", 3, brighter),
+                     back = matrixXform(icDeviceToPcs, 1, "scnr", 3, brighter);
+    expectNear(combined({from.get(), there.get(), back.get(), same.get()}), kCorners, kCorners, 25);
+    const Samples scaled = {uint16_t(31595 * 0.7 / 0.8), uint16_t(32768 * 0.75 / 0.8),
+                            uint16_t(27030 * 0.5 / 0.6)};
+    expectNear(combined({from.get(), to.get()}), {65535, 65535, 65535},
+               converted(matrixXform(icPcsToDevice).get(), scaled), 20);
+}
+
+TEST(Combine, MovesBlackWhereItShouldNot) {
+    const OwnedXform camera = matrixXform(icDeviceToPcs),
+                     display = matrixXform(icDeviceToPcs, 1, "mntr");
+    const OwnedXform toCamera = matrixXform(icPcsToDevice),
+                     toDisplay = matrixXform(icPcsToDevice, 1, "mntr");
+    const auto firstInputEntry = [](const OwnedXform& x) {
+        return lumoxa::loadRaw<uint16_t>(reinterpret_cast<const uint8_t*>(x->tagData) +
+                                         sizeof(icLut16Type));
+    };
+    EXPECT_EQ(firstInputEntry(combined({camera.get(), toCamera.get()})), 0);
+    EXPECT_EQ(firstInputEntry(combined({display.get(), toCamera.get()})), 2621);
+    EXPECT_EQ(firstInputEntry(combined({display.get(), toCamera.get()}, icCombineColorimetric)), 0);
+    const Samples grays = {0, 0, 0, 2700, 2700, 2700, 32768, 32768, 32768, 65535, 65535, 65535};
+    Samples lowered;
+    for (const uint16_t v : grays)
+        lowered.push_back(uint16_t(std::max(0.0, (v - 2730.625) / 62804.375) * 65535));
+    expectNear(combined({camera.get(), toDisplay.get()}), grays, lowered, 12);
+    expectNear(combined({camera.get(), toDisplay.get()}, icCombineColorimetric), grays, grays, 12);
+    // From display to display both meet; from Lab nothing is lowered.
+    const Samples white = {65535, 65535, 65535};
+    expectNear(combined({display.get(), toDisplay.get()}), white, white, 12);
+    LutContent gray;
+    gray.clut.assign(24, 20000);
+    const OwnedXform fromLab = requested(
+        ProfileBytes("mntr", "Lab ", "RGB ").addTag("A2B0", lut16Tag(gray)), 1, icDeviceToPcs);
+    expectNear(combined({fromLab.get()}), white, Samples(3, 20000), 1);
+}
+
+TEST(Combine, LeavesInkOnBarePaper) {
+    const struct {
+        uint16_t tint;
+        uint32_t entries;
+        const char* deviceClass;
+        uint32_t intent;
+        int options;
+        bool cleaned;
+    } cases[] = {{400, 256, "prtr", 1, 0, true},
+                 {1300, 256, "prtr", 0, 0, true},
+                 {1320, 256, "prtr", 1, 0, false},
+                 {400, 16, "prtr", 1, 0, false},
+                 {400, 256, "spac", 1, 0, false},
+                 {400, 256, "prtr", 3, 0, false},
+                 {400, 256, "prtr", 1, icCombineKeepPaperWhite, false}};
+    for (const auto& c : cases) {
+        const OwnedXform x = press(c.tint, c.entries, c.deviceClass, c.intent),
+                         result = combined({x.get()}, c.options);
+        const Samples white = converted(result.get(), {65535, 32768, 32768});
+        EXPECT_LE(largestDifference(white, Samples(4, c.cleaned ? 0 : c.tint)), c.cleaned ? 0 : 2)
+            << c.tint;
+        EXPECT_EQ(converted(result.get(), {0, 32768, 32768}), Samples(4, 65535));
+        Samples ramp;
+        for (uint32_t l = 0; l <= 65535; l += 257)
+            ramp.insert(ramp.end(), {uint16_t(l), 32768, 32768});
+        const Samples inks = converted(result.get(), ramp);
+        for (size_t i = 4; i < inks.size(); ++i)
+            ASSERT_LE(inks[i], inks[i - 4]) << i;  // still monotone
+        // Around white, table entries on either side move: up to one of their steps more.
+        EXPECT_LE(largestDifference(inks, converted(x.get(), ramp)), c.cleaned ? c.tint + 257 : 3);
+    }
+}
+
+struct Listener {
+    int stopAt = -1, atEnd = 0;
+    std::vector<int> percents = {};
+    int starts = 0, ends = 0;
+    static int hear(icIterState state, int percent, void* user) {
+        auto& self = *static_cast<Listener*>(user);
+        if (state == icIterStart) return ++self.starts, 5 + percent;
+        if (state == icIterEnd) return ++self.ends, self.atEnd + percent - 100;
+        EXPECT_TRUE(self.starts == 1 && self.ends == 0);
+        self.percents.push_back(percent);
+        return int(self.percents.size()) == self.stopAt;
+    }
+};
+
+TEST(Combine, BreaksTheProgressContract) {
+    const OwnedXform x = lutXform("RGB ", "RGB ", 3, 3, 33);
+    const icXform_t chain[] = {x.get(), x.get()};
+    icXform_t out = nullptr;
+    Listener silent, all, refused;
+    EXPECT_EQ(icCombineXforms(2, chain, &out, nullptr, Listener::hear, &silent, 7), 0);
+    EXPECT_EQ(silent.starts + silent.ends, 0);  // this form reports nothing
+    icXformFree(out);
+    EXPECT_EQ(icCombineXforms(2, chain, &out, 0, nullptr, Listener::hear, &all, 0), 0);
+    EXPECT_EQ(all.ends, 1);
+    ASSERT_GT(all.percents.size(), 1U);
+    EXPECT_TRUE(std::is_sorted(all.percents.begin(), all.percents.end()));
+    EXPECT_LE(all.percents.back(), 100);
+    icXformFree(out);
+    for (const int answer : {0, 77}) {
+        Listener stop{/*stopAt=*/1, answer};
+        out = x.get();
+        EXPECT_EQ(icCombineXforms(2, chain, &out, 0, nullptr, Listener::hear, &stop, 0),
+                  answer ? answer : icErrInvalid);
+        EXPECT_EQ(out, nullptr);
+        EXPECT_EQ(stop.percents.size(), 1U);
+        EXPECT_EQ(stop.ends, 1);
+    }
+    for (const int options : {4, 7, -1}) {
+        out = x.get();
+        EXPECT_EQ(icCombineXforms(2, chain, &out, options, nullptr, Listener::hear, &refused, 0),
+                  icErrInvalid);
+        EXPECT_EQ(out, nullptr);
+    }
+    EXPECT_EQ(refused.starts, 0);
+}
+
+TEST(Combine, DisturbsTransformsInUse) {
+    const OwnedXform bent = matrixXform(icDeviceToPcs, 2.2), back = matrixXform(icPcsToDevice, 2.2),
+                     ink = press(400);
+    const Samples pixels = SeededRandom(9).samples(60);
+    const Chain all = {bent.get(), back.get(), ink.get()};
+    std::vector<Samples> before;
+    for (const icXform_t x : all)
+        before.push_back(converted(x, pixels));
+    std::atomic<bool> done{false};
+    std::thread user([&] {
+        do {
+            for (size_t i = 0; i < all.size(); ++i)
+                EXPECT_EQ(converted(all[i], pixels), before[i]);
+        } while (!done);
+    });
+    for (int i = 0; i < 20; ++i) {
+        combined({bent.get(), back.get()});
+        combined({bent.get(), ink.get()});
+    }
+    done = true;
+    user.join();
+}
+
+}  // namespace
+}  // namespace lumoxa_test

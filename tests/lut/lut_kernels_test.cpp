@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// Conversions through lut8 and lut16 tags of every shape.
+#include <array>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/reference_lut.h"
+#include "tests/support/seeded_random.h"
+#include "tests/support/xforms.h"
+
+namespace lumoxa_test {
+namespace {
+
+struct Shape {
+    bool lut8;
+    uint32_t inputs, outputs;
+    std::string inSpace, outSpace;
+};
+
+std::vector<Shape> allShapes() {
+    const std::pair<uint32_t, const char*> in[] = {
+        {1, "GRAY"}, {2, "2CLR"}, {3, "RGB "}, {3, "Lab "}, {3, "XYZ "}, {4, "CMYK"}, {5, "5CLR"}};
+    const std::pair<uint32_t, const char*> out[] = {
+        {1, "GRAY"}, {3, "RGB "}, {3, "Lab "}, {3, "XYZ "}, {4, "CMYK"}};
+    std::vector<Shape> shapes;
+    for (const auto& [inputs, inSpace] : in) {
+        for (const auto& [outputs, outSpace] : out) {
+            for (const bool lut8 : {true, false}) {
+                shapes.push_back({lut8, inputs, outputs, inSpace, outSpace});
+            }
+        }
+    }
+    return shapes;
+}
+
+std::string nameOf(const testing::TestParamInfo<Shape>& shape) {
+    const Shape& s = shape.param;
+    return (s.lut8 ? "lut8_" : "lut16_") + s.inSpace.substr(0, 3) + "_" + s.outSpace.substr(0, 3);
+}
+
+LutContent randomContent(const Shape& s, SeededRandom& random) {
+    LutContent c;
+    c.inputs = s.inputs, c.outputs = s.outputs;
+    c.grid = std::array{18U, 9U, 6U, 4U, 3U}.at(s.inputs - 1);
+    c.inEntries = s.lut8 ? 256 : 33;
+    c.outEntries = s.lut8 ? 256 : 129;
+    if (s.inputs == 3) c.matrix = {0.9, 0.3, -0.2, -0.4, 1.2, 0.1, 0.0625, 0.5, 0.5};
+    c.inTables = random.samples(size_t{c.inEntries} * c.inputs);
+    c.clut = random.samples(power(c.grid, c.inputs) * c.outputs);
+    c.outTables = random.samples(size_t{c.outEntries} * c.outputs);
+    return c;
+}
+
+// Random pixels, the ends, and pixels whose fractions are equal in some or all dimensions. A lut8
+// table ends at 65280 for connection-space samples; what lies beyond is a test of its own.
+Samples probes(const Shape& s, int bits, SeededRandom& random) {
+    const bool pcs = s.inSpace == "Lab " || s.inSpace == "XYZ ";
+    const uint32_t top = bits == 8 ? 255 : s.lut8 && pcs ? 65280 : 65535;
+    Samples pixels = random.samples(size_t{300} * s.inputs, top);
+    for (int k = 0; k < 60; ++k) {
+        const uint16_t levels[2] = {random.upTo(top), static_cast<uint16_t>(k % 3 == 0 ? top : 0)};
+        for (uint32_t i = 0; i < s.inputs; ++i)
+            pixels.push_back(levels[random.upTo(3) == 0]);
+    }
+    return pixels;
+}
+
+class LutKernels : public testing::TestWithParam<Shape> {};
+
+TEST_P(LutKernels, StrayFromTheReference) {
+    const Shape& s = GetParam();
+    SeededRandom random(s.inputs * 100 + s.outputs * 10 + s.lut8);
+    const LutContent content = randomContent(s, random);
+    const ReferenceLut reference = ReferenceLut::of(content, s.lut8, s.inSpace, s.outSpace);
+    const Bytes tag = s.lut8 ? lut8Tag(content) : lut16Tag(content);
+    const OwnedXform xform = requested(lutProfile(tag, s.inSpace, s.outSpace), 0, icDeviceToPcs);
+    for (const int in : {8, 16}) {
+        for (const int out : {8, 16}) {
+            const Samples pixels = probes(s, in, random);
+            EXPECT_EQ(converted(xform.get(), pixels, in, out), reference.convert(pixels, in, out))
+                << in << " to " << out << " bits";
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Shapes, LutKernels, testing::ValuesIn(allShapes()), nameOf);
+
+class LutDimensions : public testing::TestWithParam<uint32_t> {};
+
+// Every kind of interpolation is exact on grid points, whatever the grid holds, and everywhere for
+// an affine grid.
+TEST_P(LutDimensions, MissGridPointsOrBendAffineTables) {
+    const uint32_t n = GetParam(), g = 6;  // grid points fall on whole samples
+    LutContent random, affine;
+    for (LutContent* c : {&random, &affine}) {
+        c->inputs = n, c->outputs = 3, c->grid = g, c->inEntries = c->outEntries = 2;
+    }
+    const int slopes[5] = {2000, -900, 2600, -1500, 700};
+    const auto value = [&](const uint16_t* pixel, uint32_t channel) {
+        double v = 20000 + 5000 * channel;
+        for (uint32_t i = 0; i < n; ++i)
+            v += slopes[(i + channel) % 5] * (pixel[i] / 13107.0);
+        return static_cast<uint16_t>(v + 0.5);
+    };
+    Samples nodes(power(g, n) * n);
+    for (size_t p = 0; p < nodes.size(); p += n) {
+        size_t rest = p / n;
+        for (size_t i = n; i-- > 0; rest /= g)
+            nodes[p + i] = static_cast<uint16_t>(rest % g * 13107);
+        for (uint32_t o = 0; o < 3; ++o)
+            affine.clut.push_back(value(&nodes[p], o));
+    }
+    random.clut = SeededRandom(n).samples(power(g, n) * 3);
+    const OwnedXform any =
+        requested(lutProfile(lut16Tag(random), "5CLR", "RGB "), 0, icDeviceToPcs);
+    expectNear(any, nodes, random.clut, 1);
+
+    const OwnedXform flat =
+        requested(lutProfile(lut16Tag(affine), "5CLR", "RGB "), 0, icDeviceToPcs);
+    const Samples pixels = SeededRandom(n).samples(size_t{200} * n);
+    Samples expected;
+    for (size_t p = 0; p < pixels.size(); p += n) {
+        for (uint32_t o = 0; o < 3; ++o)
+            expected.push_back(value(&pixels[p], o));
+    }
+    expectNear(flat, pixels, expected, 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Inputs, LutDimensions, testing::Values(1, 2, 3, 4, 5));
+
+// Samples above 0xFF00 lie beyond the end of a lut8 table for Lab. Wherever its last segment leads,
+// the grid must not be read outside.
+TEST(LutKernels, ReadOutsideTheGridBeyondLabWhite) {
+    for (const uint16_t last : {0, 65535}) {
+        for (const uint32_t n : {1U, 3U, 4U}) {
+            LutContent c;
+            c.inputs = n, c.grid = 5;
+            c.inTables.assign(size_t{n} * 256, static_cast<uint16_t>(65535 - last));
+            for (uint32_t i = 1; i <= n; ++i)
+                c.inTables[i * 256 - 1] = last;
+            const OwnedXform xform =
+                requested(lutProfile(lut8Tag(c), "Lab ", "RGB "), 0, icDeviceToPcs);
+            EXPECT_EQ(converted(xform.get(), Samples(size_t{10} * n, 65535)).size(), 30U);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace lumoxa_test

@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <cstring>
+#include <filesystem>
+#include <iterator>
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "lumoxa/profile.h"
+#include "profile/profile_object.h"
+#include "tests/support/profile_bytes.h"
+#include "tests/support/real_profiles.h"
+#include "tests/support/temp_file.h"
+
+namespace {
+
+using lumoxa::fourcc;
+using namespace lumoxa_test;
+using Profile = std::unique_ptr<const icProfileInternal, decltype(&icProfileFree)>;
+
+enum class Form { backed, whole, trusted, checked };
+
+struct Loaded {
+    int code;
+    Profile profile;
+};
+
+Loaded load(Form form, const Bytes& bytes) {
+    icProfile_t handle = reinterpret_cast<icProfile_t>(&handle);  // every form has to set it
+    const auto fromFile = [&](auto loader) { return loader(TempFile(bytes).path()); };
+    int code = 0;
+    if (form == Form::backed) {
+        code = fromFile([&](const auto& path) { return icLoadProfile(path.c_str(), &handle); });
+    } else if (form == Form::whole) {
+        code = fromFile([&](const auto& path) {
+            return icProfileLoadProfile(nullptr, path.c_str(), nullptr, &handle);
+        });
+    } else if (form == Form::trusted) {
+        code = icProfileLoadFromBuffer(nullptr, bytes.data(), &handle);
+    } else {
+        // An exact copy, so that a sanitizer sees any read beyond it.
+        const std::unique_ptr<uint8_t[]> exact(new uint8_t[bytes.size()]);
+        std::copy(bytes.begin(), bytes.end(), exact.get());
+        code = icProfileLoadFromBuffer(nullptr, exact.get(), bytes.size(), &handle);
+    }
+    return {code, Profile(handle, icProfileFree)};
+}
+
+class Loaders : public testing::TestWithParam<Form> {};
+class CheckingLoaders : public Loaders {};  // those that know how many bytes there are
+
+std::string formName(const testing::TestParamInfo<Form>& info) {
+    constexpr const char* names[] = {"Backed", "Whole", "Trusted", "Checked"};
+    return names[static_cast<int>(info.param)];
+}
+
+INSTANTIATE_TEST_SUITE_P(Forms, Loaders,
+                         testing::Values(Form::backed, Form::whole, Form::trusted, Form::checked),
+                         formName);
+
+INSTANTIATE_TEST_SUITE_P(Forms, CheckingLoaders,
+                         testing::Values(Form::backed, Form::whole, Form::checked), formName);
+
+TEST_P(Loaders, KeepEveryTagAfterTheSourceIsGone) {
+    const Bytes image = ProfileBytes()
+                            .addTag("wtpt", xyzTag(1, 2, 3))
+                            .addTag("none", {})
+                            .addTag("bits", {1, 2, 3})
+                            .image();
+    const Loaded made = load(GetParam(), image);
+    ASSERT_EQ(made.code, 0);
+    icHeader header;
+    ASSERT_EQ(icProfileGetHeader(made.profile.get(), &header), 0);
+    EXPECT_EQ(header.size, image.size());
+    EXPECT_EQ(made.profile->tagList->count, 3);
+    lumoxa::TagCopy tag;
+    ASSERT_EQ(lumoxa::readTag(*made.profile, fourcc("wtpt"), tag, 20), 0);
+    EXPECT_EQ(tag.type(), fourcc("XYZ "));
+    EXPECT_EQ(std::memcmp(tag.data() + 4, &image[132 + 36 + 4], 16), 0);
+    EXPECT_EQ(lumoxa::readTag(*made.profile, fourcc("wtpt"), tag, 21), 512);
+    EXPECT_EQ(tag.bytes, nullptr);
+    EXPECT_EQ(lumoxa::readTag(*made.profile, fourcc("bits"), tag, 0), 512);
+    EXPECT_EQ(lumoxa::readTag(*made.profile, fourcc("cprt"), tag), 519);
+}
+
+TEST_P(Loaders, RefuseWhatIsNoProfile) {
+    Bytes image = smallRgbProfile();
+    image[39] = 'q';
+    const Loaded wrongMagic = load(GetParam(), image);
+    EXPECT_EQ(wrongMagic.code, 503);
+    EXPECT_EQ(wrongMagic.profile, nullptr);
+    const Loaded empty = load(GetParam(), ProfileBytes().image());
+    EXPECT_EQ(empty.code, 515);
+    EXPECT_EQ(empty.profile, nullptr);
+}
+
+TEST_P(CheckingLoaders, SurviveTruncationAtEveryLength) {
+    const Bytes image = smallRgbProfile();
+    const size_t tableEnd = 132 + 7 * 12;
+    const size_t needed = GetParam() == Form::backed ? tableEnd : image.size() - 2;  // 2 of padding
+    for (size_t length = 0; length <= image.size(); ++length) {
+        const Bytes cut(image.begin(), image.begin() + static_cast<std::ptrdiff_t>(length));
+        const Loaded made = load(GetParam(), cut);
+        EXPECT_EQ(made.code, length < needed ? 512 : 0) << length;
+        EXPECT_EQ(made.profile == nullptr, length < needed) << length;
+        lumoxa::TagCopy tag;
+        if (made.profile) {
+            EXPECT_EQ(lumoxa::readTag(*made.profile, fourcc("bTRC"), tag),
+                      length < image.size() - 2 ? 512 : 0);
+        }
+    }
+}
+
+// A declared size or count near 4 GiB must be refused before it is allocated. A file-backed profile
+// meets a bad tag when it is read.
+TEST_P(CheckingLoaders, RefuseDeclaredSizesThatAreNotThere) {
+    for (const auto& [at, value] :
+         {std::pair{128U, 0xFFFFFFFFU}, {128U, 1000U}, {136U, 0xFFFFFFFFU}, {140U, 0xFFFFFFFFU}}) {
+        Bytes image = smallRgbProfile();
+        put32(image, at, value);
+        const Loaded made = load(GetParam(), image);
+        lumoxa::TagCopy tag;
+        EXPECT_EQ(made.profile ? lumoxa::readTag(*made.profile, fourcc("wtpt"), tag) : made.code,
+                  512)
+            << at;
+    }
+}
+
+// Every entry is copied by itself, so a small file could ask for any amount of memory.
+TEST_P(CheckingLoaders, RefuseThousandsOfTagsThatShareOneRange) {
+    constexpr uint32_t kTags = 2000;
+    Bytes image = smallRgbProfile();
+    image.resize(132 + kTags * 12 + 4096);
+    put32(image, 128, kTags);
+    for (uint32_t i = 0; i < kTags; ++i) {
+        put32(image, 132 + 12 * i, i);
+        put32(image, 136 + 12 * i, 0);
+        put32(image, 140 + 12 * i, static_cast<uint32_t>(image.size()));
+    }
+    EXPECT_EQ(load(GetParam(), image).code, GetParam() == Form::backed ? 0 : 512);
+}
+
+TEST(ProfileLoaders, ReadAllInstalledProfilesAlike) {
+    const auto paths = realProfilePaths();
+    if (paths.empty()) GTEST_SKIP() << "no profiles are installed";
+    for (const std::string& path : paths) {
+        const Bytes bytes = fileBytes(path);
+        const Loaded backed = load(Form::backed, bytes), checked = load(Form::checked, bytes);
+        ASSERT_EQ(backed.code, 0) << path;
+        ASSERT_EQ(checked.code, 0) << path;
+        EXPECT_EQ(icCompareProfiles(path.c_str(), bytes.data()), 0) << path;
+        for (int i = 0; i < checked.profile->tagList->count; ++i) {
+            const icTagSignature signature = checked.profile->tagList->tags[i].signature;
+            lumoxa::TagCopy a, b;
+            ASSERT_EQ(lumoxa::readTag(*backed.profile, signature, a), 0) << path;
+            ASSERT_EQ(lumoxa::readTag(*checked.profile, signature, b), 0) << path;
+            EXPECT_TRUE(a.size == b.size && std::memcmp(a.data(), b.data(), a.size) == 0) << path;
+        }
+    }
+}
+
+TEST_P(CheckingLoaders, LeaveNoFileOpen) {
+    const std::filesystem::path files = "/proc/self/fd";
+    if (!std::filesystem::exists(files)) GTEST_SKIP() << "open files can't be counted here";
+    const auto openFiles = [&] {
+        return std::distance(std::filesystem::directory_iterator(files), {});
+    };
+    const auto before = openFiles();
+    Bytes image = smallRgbProfile();
+    EXPECT_EQ(load(GetParam(), image).code, 0);
+    image.resize(200);
+    EXPECT_EQ(load(GetParam(), image).code, 512);
+    EXPECT_EQ(openFiles(), before);
+}
+
+TEST(ProfileLoaders, TellMissingFilesFromNullArguments) {
+    icProfile_t handle;
+    const auto missing = (std::filesystem::temp_directory_path() / "lumoxa-none" / "x").string();
+    EXPECT_EQ(icLoadProfile(missing.c_str(), &handle), 511);
+    EXPECT_EQ(icProfileLoadProfile(nullptr, missing.c_str(), nullptr, &handle), 511);
+    EXPECT_EQ(icLoadProfile(nullptr, &handle), 503);
+    EXPECT_EQ(icProfileLoadFromBuffer(nullptr, nullptr, &handle), 520);
+    EXPECT_EQ(icProfileLoadFromBuffer(nullptr, "", 1, nullptr), 503);
+}
+
+}  // namespace

@@ -1,0 +1,41 @@
+#!/bin/sh
+# SPDX-License-Identifier: Apache-2.0
+#
+# Usage: exports.sh LIBRARY HEADER_DIR NM [NM_OPTION...]
+#
+# The library exports each function that the public headers declare, in all its overloads, and
+# nothing else. It writes no messages and ends no process: the program that loads it has its own ways
+# for both. For a DLL, give its import library.
+set -eu
+export LC_ALL=C
+library=$1
+headers=$2
+shift 2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+status=0
+
+# Names of declared functions, once an overload: the word before the bracket after LUMOXA_API.
+cat "$headers"/*.h | sed -e 's|//.*||' -e '/^ *#/d' | tr '\n' ' ' |
+    grep -oE 'LUMOXA_API [^(;]*\(' | sed -E 's/.*[ *]([A-Za-z_0-9]+) *\($/\1/' |
+    sort >"$work/declared"
+# T is code; an import library also names its data and its import slots (__imp_...).
+"$@" -C --defined-only "$library" | sed -nE 's/^[0-9a-f]* [A-Z] //p' |
+    grep -vE '^(__imp_|_head_|__nm_|_?liblumoxa|[A-Za-z_0-9]*_iname$|\.)' |
+    sed -E 's/\(.*//' | sort >"$work/exported"
+
+[ -s "$work/declared" ] || { echo "no declarations found in $headers"; status=1; }
+if ! diff "$work/declared" "$work/exported" >"$work/difference"; then
+    sed -n -e 's/^< /declared but not exported: /p' -e 's/^> /exported but not declared: /p' \
+        "$work/difference"
+    status=1
+fi
+
+# Undefined symbols that print or end the process. Formatting into memory (snprintf) is fine.
+"$@" --undefined-only "$library" | sed -E 's/^ *[A-Za-z] //; s/@.*//' >"$work/imported"
+if grep -xE '_?(v?f?printf|__v?f?printf_chk|f?puts|f?putc|putchar|perror|std(out|err)|syslog|abort|_?exit|quick_exit|__assert_fail|_ZSt4(cout|cerr|clog))' \
+    "$work/imported" >"$work/talk"; then
+    sed 's/^/prints or ends the process: /' "$work/talk"
+    status=1
+fi
+exit "$status"

@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// Handles that release themselves, and one-line ways to get and run a transform.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "lumoxa/lumoxa.h"
+#include "profile/signatures.h"
+#include "tests/support/profile_bytes.h"
+
+namespace lumoxa_test {
+
+using lumoxa::fourcc;
+using Samples = std::vector<uint16_t>;  // of either depth; 8-bit ones lie in 0..255
+
+template <auto release>
+struct Release {
+    template <class T>
+    void operator()(T* handle) const {
+        release(handle);
+    }
+};
+using OwnedProfile = std::unique_ptr<const icProfileInternal, Release<icProfileFree>>;
+using OwnedXform = std::unique_ptr<const icXformInternal, Release<icXformFree>>;
+
+/// base to the power of n, exactly.
+inline size_t power(size_t base, size_t n) {
+    return n == 0 ? 1 : base * power(base, n - 1);
+}
+
+inline uint32_t signature(const std::string& text) {
+    uint32_t value = 0;
+    for (const char c : text)
+        value = value << 8 | static_cast<uint8_t>(c);
+    return value;
+}
+
+inline OwnedProfile loaded(const Bytes& image) {
+    icProfile_t profile = nullptr;
+    EXPECT_EQ(icProfileLoadFromBuffer(nullptr, image.data(), image.size(), &profile), 0);
+    return OwnedProfile(profile);
+}
+
+/// The result code of asking for a transform, which lands in `out`; null unless the code is 0.
+inline int request(const Bytes& image, uint32_t intent, uint32_t transType, OwnedXform& out) {
+    icXform_t xform = nullptr;
+    const int code =
+        icXformGet(loaded(image).get(), icRenderingIntent{intent}, icTransType{transType}, &xform);
+    EXPECT_EQ(code == 0, xform != nullptr);
+    out.reset(xform);
+    return code;
+}
+
+inline OwnedXform requested(const ProfileBytes& profile, uint32_t intent, uint32_t transType) {
+    OwnedXform xform;
+    EXPECT_EQ(request(profile.image(), intent, transType, xform), 0);
+    return xform;
+}
+
+/// A profile that holds nothing but one device-to-connection-space LUT tag between the two spaces.
+inline ProfileBytes lutProfile(const Bytes& tag, const std::string& in, const std::string& out) {
+    return ProfileBytes("spac", in, out).addTag("A2B0", tag);
+}
+
+/// A matrix/TRC profile with three curves. Its colorants are those of sRGB, or make the matrix one,
+/// so that 16-bit results are the curve tables themselves.
+inline ProfileBytes rgbProfile(const std::vector<Bytes>& curves, const std::string& deviceClass,
+                               bool unitMatrix = false) {
+    const double one = 131070 / 65536.0;  // 65535 in the XYZ encoding
+    ProfileBytes p(deviceClass);
+    p.addTag("rXYZ", unitMatrix ? xyzTag(one, 0, 0) : xyzTag(0.4361, 0.2225, 0.0139));
+    p.addTag("gXYZ", unitMatrix ? xyzTag(0, one, 0) : xyzTag(0.3851, 0.7169, 0.0971));
+    p.addTag("bXYZ", unitMatrix ? xyzTag(0, 0, one) : xyzTag(0.1431, 0.0606, 0.7141));
+    return p.addTag("rTRC", curves[0]).addTag("gTRC", curves[1]).addTag("bTRC", curves[2]);
+}
+
+/// A lut16 tag whose curves have two entries and change nothing.
+inline Bytes gridTag(uint32_t inputs, uint32_t outputs, uint32_t grid, const Samples& clut) {
+    LutContent c;
+    c.inputs = inputs, c.outputs = outputs, c.grid = grid;
+    c.inEntries = c.outEntries = 2;
+    c.clut = clut;
+    return lut16Tag(c);
+}
+
+inline icXformDesc_t described(icXform_t xform) {
+    icXformDesc_t desc{};
+    EXPECT_EQ(icXformGetDesc(xform, &desc), 0);
+    return desc;
+}
+
+template <class Sample>
+icPixelLayout_t packed(Sample* data, int pixels, int lines, uint32_t channels) {
+    icPixelLayout_t layout{};
+    constexpr int size = sizeof(Sample);
+    layout.dataType = size == 1 ? icSamples8 : icSamples16;
+    layout.contiguous = 1;
+    layout.pixelCount = pixels;
+    layout.lineCount = lines;
+    layout.channelCount = static_cast<int>(channels);
+    layout.pixelStep = layout.channelCount * size;
+    layout.lineStep = layout.pixelStep * pixels;
+    for (uint32_t c = 0; c < std::min(channels, 32U); ++c)
+        layout.channelData[c] = data + c;
+    return layout;
+}
+
+/// Converts packed pixels in one line of the given depths. The buffers are exactly as long as they
+/// have to be, so that a sanitizer sees a kernel that strays.
+template <class In, class Out>
+Samples convertedAs(icXform_t xform, const Samples& pixels) {
+    const icXformDesc_t desc = described(xform);
+    std::vector<In> source(pixels.begin(), pixels.end());
+    const int n = static_cast<int>(pixels.size() / desc.inChannels);
+    std::vector<Out> destination(static_cast<size_t>(n) * desc.outChannels);
+    const icPixelLayout_t from = packed(source.data(), n, 1, desc.inChannels);
+    const icPixelLayout_t to = packed(destination.data(), n, 1, desc.outChannels);
+    EXPECT_EQ(icEvaluate(xform, &from, &to, nullptr, nullptr), 0);
+    return {destination.begin(), destination.end()};
+}
+
+inline Samples converted(icXform_t xform, const Samples& pixels, int inBits = 16,
+                         int outBits = 16) {
+    if (inBits == 8) {
+        return outBits == 8 ? convertedAs<uint8_t, uint8_t>(xform, pixels)
+                            : convertedAs<uint8_t, uint16_t>(xform, pixels);
+    }
+    return outBits == 8 ? convertedAs<uint16_t, uint8_t>(xform, pixels)
+                        : convertedAs<uint16_t, uint16_t>(xform, pixels);
+}
+
+/// The largest difference between two results of one length.
+inline int largestDifference(const Samples& a, const Samples& b) {
+    EXPECT_EQ(a.size(), b.size());
+    int largest = 0;
+    for (size_t i = 0; i < std::min(a.size(), b.size()); ++i) {
+        largest = std::max(largest, std::abs(int{a[i]} - int{b[i]}));
+    }
+    return largest;
+}
+
+inline void expectNear(const OwnedXform& xform, const Samples& pixels, const Samples& expected,
+                       int tolerance) {
+    EXPECT_LE(largestDifference(converted(xform.get(), pixels), expected), tolerance)
+        << testing::PrintToString(pixels) << " to " << testing::PrintToString(expected);
+}
+
+}  // namespace lumoxa_test

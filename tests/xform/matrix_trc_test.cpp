@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// Curves and colorants as they come out of profiles.
+#include <cmath>
+#include <functional>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/reference_lut.h"
+#include "tests/support/xforms.h"
+
+namespace lumoxa_test {
+namespace {
+
+using Curve = std::function<double(double)>;  // 0..1 to 0..65535
+
+OwnedXform unit(const std::vector<Bytes>& curves, uint32_t transType) {
+    return requested(rgbProfile(curves, "scnr", /*unitMatrix=*/true), 0, transType);
+}
+
+Samples everySample(size_t channels, uint32_t first, uint32_t step) {
+    Samples pixels;
+    for (uint32_t v = first; v <= 65535; v += step)
+        pixels.insert(pixels.end(), channels, uint16_t(v));
+    return pixels;
+}
+
+// The curves must come out as if sampled at 4096 steps and read linearly between them.
+void expectCurves(const OwnedXform& xform, const std::vector<Curve>& curves, double tolerance) {
+    const Samples in = everySample(3, 0, 85), out = converted(xform.get(), in);
+    for (size_t i = 0; i < in.size(); ++i) {
+        const double p = in[i] / 65535.0 * 4095, k = std::min(std::floor(p), 4094.0);
+        const double low = curves[i % 3](k / 4095), high = curves[i % 3]((k + 1) / 4095);
+        ASSERT_NEAR(out[i], std::clamp(low + (high - low) * (p - k), 0.0, 65535.0), tolerance)
+            << in[i] << " channel " << i % 3;
+    }
+}
+
+Curve gamma(double exponent) {
+    return [=](double x) { return 65535 * std::pow(x, exponent); };
+}
+
+TEST(MatrixTrc, BendsCurves) {
+    const std::vector<Bytes> curves = {curveTag({563}), curveTag({256}), curveTag({461})};
+    expectCurves(unit(curves, icDeviceToPcs), {gamma(563 / 256.0), gamma(1), gamma(461 / 256.0)},
+                 0.6);
+    expectCurves(unit(curves, icPcsToDevice), {gamma(256 / 563.0), gamma(1), gamma(256 / 461.0)},
+                 0.6);
+    for (const uint32_t transType : {icDeviceToPcs, icPcsToDevice}) {
+        expectCurves(unit(std::vector<Bytes>(3, curveTag({})), transType),
+                     std::vector<Curve>(3, gamma(1)), 1);
+    }
+    // The constants of types 2 and 4 and the line below the break stand beside the scaled power
+    // without being scaled themselves; type 4 is not scaled at all. Deliberate.
+    const std::vector<double> parameters[] = {{2.5},
+                                              {2, 1.25, -0.25},
+                                              {2, 0.5, -0.25, 300},
+                                              {2, 0.9375, 0.0625, 1000, 0.5},
+                                              {1.5, 1, 0, 3000, 0.5, 200, 100}};
+    for (uint32_t function = 0; function < 5; ++function) {
+        SCOPED_TRACE(function);
+        const std::vector<double>& p = parameters[function];
+        const Curve curve = [&](double x) {
+            return parametric(function, p, x, function < 4 ? 65535 : 1, 1);
+        };
+        const Bytes tag = parametricTag(function, p);
+        // Beside a gamma in red: each channel has a form of its own.
+        expectCurves(unit({curveTag({512}), tag, tag}, icDeviceToPcs), {gamma(2), curve, curve},
+                     0.7);
+    }
+    expectCurves(unit(std::vector<Bytes>(3, parametricTag(0, {0.5})), icPcsToDevice),
+                 std::vector<Curve>(3, gamma(2)), 5);
+}
+
+TEST(MatrixTrc, LosesSampledCurvesOnTheWayBack) {
+    std::vector<Bytes> curves;
+    Samples nodes = everySample(3, 0, 257), values(nodes.size());
+    for (const double exponent : {1.5, 2.0, 0.7}) {
+        std::vector<uint16_t> t;
+        for (size_t i = 0; i < 256; ++i) {
+            t.push_back(uint16_t(65535 * std::pow(double(i) / 255, exponent) + 0.5));
+            values[3 * i + curves.size()] = t.back();
+        }
+        curves.push_back(curveTag(t));
+    }
+    const OwnedXform forward = unit(curves, icDeviceToPcs), back = unit(curves, icPcsToDevice);
+    expectNear(forward, nodes, values, 1);
+    // Each entry of the inverse table is where the curve has that value, up to its steepness.
+    expectNear(forward, converted(back.get(), nodes), nodes, 4);
+    // The red curve's count serves all three tables: shorter ones go on with their last entry.
+    const std::vector<Bytes> uneven = {curveTag({0, 100, 200, 300, 65535}), curveTag({7, 9}),
+                                       curveTag({5, 6, 8, 11, 12, 99, 100})};
+    expectNear(unit(uneven, icDeviceToPcs), {0, 0, 0, 32768, 32768, 32768, 65535, 65535, 65535},
+               {0, 7, 5, 200, 9, 8, 65535, 9, 12}, 1);
+    unit(uneven, icPcsToDevice);
+}
+
+TEST(MatrixTrc, MixesUpRowsAndColumns) {
+    const double colorants[3][3] = {
+        {0.4361, 0.2225, 0.0139}, {0.3851, 0.7169, 0.0971}, {0.1431, 0.0606, 0.7141}};
+    const ProfileBytes linear = rgbProfile(std::vector<Bytes>(3, curveTag({})), "scnr");
+    const OwnedXform forward = requested(linear, 0, icDeviceToPcs),
+                     back = requested(linear, 0, icPcsToDevice);
+    for (size_t c = 0; c < 3; ++c) {
+        Samples in(3);
+        in[c] = 65535;
+        const Samples out = converted(forward.get(), in);
+        for (size_t r = 0; r < 3; ++r)
+            EXPECT_NEAR(out[r], 32768 * colorants[c][r], 1);
+        expectNear(back, out, in, 8);
+    }
+    ProfileBytes singular("scnr");
+    for (const char* tag : {"rXYZ", "gXYZ", "bXYZ"})
+        singular.addTag(tag, xyzTag(0.25, 0.5, 0.25));
+    for (const char* tag : {"rTRC", "gTRC", "bTRC"})
+        singular.addTag(tag, curveTag({}));
+    EXPECT_EQ(converted(requested(singular, 0, icPcsToDevice).get(), {9999, 65535, 3}),
+              (Samples{0, 0, 0}));
+}
+
+// A gray curve gives Y, or L*, by the connection space; back and forth is the identity.
+TEST(MatrixTrc, ChangesGray) {
+    for (const bool lab : {true, false}) {
+        for (const Bytes& tag : {curveTag({}), curveTag({461}), curveTag({0, 32768, 65535}),
+                                 parametricTag(0, {2.0})}) {
+            const ProfileBytes profile =
+                ProfileBytes("prtr", "GRAY", lab ? "Lab " : "XYZ ").addTag("kTRC", tag);
+            const OwnedXform forward = requested(profile, 0, icDeviceToPcs);
+            const OwnedXform back = requested(profile, 0, icPcsToDevice);
+            EXPECT_EQ(converted(forward.get(), {0, 65535}),
+                      (lab ? Samples{0, 32768, 32768, 65280, 32768, 32768}
+                           : Samples{0, 0, 0, 31595, 32768, 27030}));
+            // Where a gamma is flat, rounding decides.
+            const Samples in = everySample(1, 8 * 1285, 1285);
+            expectNear(back, converted(forward.get(), in), in, 40);
+        }
+        const ProfileBytes squared =
+            ProfileBytes("prtr", "GRAY", lab ? "Lab " : "XYZ ").addTag("kTRC", curveTag({512}));
+        const Samples half = converted(requested(squared, 0, icDeviceToPcs).get(), {32768});
+        EXPECT_NEAR(half[lab ? 0 : 1], (lab ? 65280 : 32768) * 0.25, 2);
+    }
+}
+
+}  // namespace
+}  // namespace lumoxa_test
