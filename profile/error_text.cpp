@@ -53,6 +53,8 @@ std::string_view decimal(int number, std::array<char, 12>& digits) {
     return {digits.data() + at, digits.size() - at};
 }
 
+// A number that does not fit is cut like a description, and told like one: the buffer's size is the
+// caller's word for what may be written.
 int writeNumber(int size, char* buffer, int code) {
     if (size < 1) return icErrBufferSize;
     std::array<char, 12> digits;

@@ -93,9 +93,9 @@ int copyTags(const uint8_t* image, uint64_t length, icProfileInternal& profile) 
 }
 
 int loadImage(const void* image, uint64_t length, icProfile_t* out) {
+    if (out != nullptr) *out = nullptr;
     if (image == nullptr) return icErrNullData;
     if (out == nullptr) return icErrInvalid;
-    *out = nullptr;
     return guarded([&] {
         ProfilePtr profile = newRecord();
         if (length < kHeaderSize) return icErrRead;

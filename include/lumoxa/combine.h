@@ -104,8 +104,10 @@ LUMOXA_API icXformInternal* icGetXyzToLabXform(const unsigned short pcsWhite[3],
 
 /// Makes a Lab identity that scales its output to a number of bits a channel.
 ///
-/// @param bitsL, bitsA, bitsB  1..16; channel values end at 2^bits - 1
-/// @param out  receives the transform, released with `icXformFree`; null on failure
+/// @param bitsL  1..16; L* values end at 2^bitsL - 1
+/// @param bitsA  the same for a*
+/// @param bitsB  the same for b*
+/// @param out    receives the transform, released with `icXformFree`; null on failure
 /// @return 0; icErrInvalid for a null argument or bits outside 1..16; icErrNoMemory
 LUMOXA_API int icMakeLabXform(int bitsL, int bitsA, int bitsB, icXform_t* out);
 

@@ -217,17 +217,18 @@ LUMOXA_API int icProfileSetHeader(icProfile_t profile, const icHeader* header);
 ///         icErrNoMemory
 LUMOXA_API int icCompareProfiles(const char* path, const void* image);
 
-/// Tests a header against a list of criteria. All must hold.
+/// Tests a header against a list of criteria, in their order. All must hold. By selector:
 ///
-/// | selector | passes when |
-/// |---|---|
-/// | 1..8   | device class, colour space, connection space, preferred CMM, platform, flags,
-/// manufacturer, model equals u32[0] | | 9, 10  | upper, lower half of the device attributes equals
-/// u32[0] | | 11     | rendering intent equals u32[0] | | 12     | illuminant X, Y, Z equal
-/// u32[0..2] (s15Fixed16) | | 13     | version equals u32[0], as 0x02100000 for 2.1 | | 14     |
-/// created before: year <= u16[0], month <= u16[1], day < u16[2] | | 15     | created on: year,
-/// month, day equal u16[0..2] | | 16     | created after: year >= u16[0], month >= u16[1], day >
-/// u16[2] | | 17     | creator equals u32[0], in file byte order as the header holds it |
+/// - 1 to 8: device class, colour space, connection space, preferred CMM, platform, flags,
+///   manufacturer or model equals u32[0]
+/// - 9, 10: upper or lower half of the device attributes equals u32[0]
+/// - 11: rendering intent equals u32[0]
+/// - 12: illuminant X, Y, Z equal u32[0..2] (s15Fixed16)
+/// - 13: version equals u32[0], as 0x02100000 for 2.1
+/// - 14: created before: year <= u16[0], month <= u16[1], day < u16[2]
+/// - 15: created on: year, month, day equal u16[0..2]
+/// - 16: created after: year >= u16[0], month >= u16[1], day > u16[2]
+/// - 17: creator equals u32[0], in file byte order as the header holds it
 ///
 /// The parts of a date are tested one by one and not as a date: 2019-12-01 is not "before"
 /// 2020-01-15, since month 12 is above 1. Other selectors pass.
