@@ -73,6 +73,11 @@ class Expansion {
 
 }  // namespace
 
+bool isChain(int count, const icXform_t* chain) {
+    if (count < 1 || chain == nullptr) return false;
+    return std::none_of(chain, chain + count, [](icXform_t xform) { return xform == nullptr; });
+}
+
 bool linksFit(int count, const icXform_t* chain, int* failingLink) {
     for (int i = 0; i + 1 < count; ++i) {
         if (fits(*chain[i], *chain[i + 1])) continue;
@@ -95,11 +100,11 @@ ExpandedChain expandChain(int count, const icXform_t* chain) {
 }
 
 BoundKernel stageKernel(const icXformInternal& stage) {
-    struct Row {
+    struct StageRow {
         uint32_t kind;
         KernelFn run;
     };
-    static constexpr Row kRows[] = {
+    static constexpr StageRow kRows[] = {
         {kKindLabToXyz,
          [](const void* state, const void* source, void* destination, int pixels) {
              icConvertLabToXyz(state, static_cast<const uint16_t*>(source),
@@ -113,7 +118,7 @@ BoundKernel stageKernel(const icXformInternal& stage) {
         {kKindAbsolute, convertAbsolute},
         {kKindFlare, convertFlare},
     };
-    for (const Row& row : kRows) {
+    for (const StageRow& row : kRows) {
         if (row.kind != stage.kind || stage.state == nullptr) continue;
         return {row.run, stage.state, static_cast<int>(stage.inChannels),
                 static_cast<int>(stage.outChannels), false};

@@ -11,6 +11,9 @@
 
 namespace lumoxa {
 
+/// Whether there is at least one transform, and no null among them.
+bool isChain(int count, const icXform_t* chain);
+
 /// Whether neighbours fit; if not, stores the index of the second of the first pair that does not.
 bool linksFit(int count, const icXform_t* chain, int* failingLink);
 

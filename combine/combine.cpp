@@ -19,9 +19,21 @@ namespace {
 
 constexpr int kKnownOptions = icCombineColorimetric | icCombineKeepPaperWhite;
 
-bool validChain(int count, const icXform_t* chain) {
-    if (count < 1 || chain == nullptr) return false;
-    return std::none_of(chain, chain + count, [](icXform_t xform) { return xform == nullptr; });
+/// Whether a transform can be a stage: it has a kernel, and three samples on a side that stands in
+/// a connection space (a profile may name one and hold a tag of another shape).
+bool canBeStage(const icXformInternal& xform) {
+    const auto fits = [](uint32_t space, uint32_t channels) {
+        return !isConnectionSpace(space) || channels == 3;
+    };
+    return bool{stageKernel(xform)} && fits(xform.inSpace, xform.inChannels) &&
+           fits(xform.outSpace, xform.outChannels);
+}
+
+/// A lut16 tag counts its table entries in 16 bits.
+bool tablesFit(const ExpandedChain& chain) {
+    constexpr uint32_t kMostEntries = 65535;
+    return chain.first().inTableEntries <= kMostEntries &&
+           chain.last().outTableEntries <= kMostEntries;
 }
 
 int allocateLut(const ExpandedChain& chain, const GridSize& size, Lut16Ptr& out) {
@@ -85,9 +97,11 @@ XformPtr makeResult(const ExpandedChain& chain, Lut16Ptr lut) {
     result->intent = first.intent;
     result->transType = icCombined;
     // A result that ends in a connection space can go into another chain. Absolute scaling is
-    // inside it already, hence no media white of its own.
-    std::copy_n(last.pcsWhite, 3, result->pcsWhite);
-    std::copy_n(last.pcsWhite, 3, result->mediaWhite);
+    // inside it already, hence no media white of its own. The scaling stage that ends a lone
+    // absolute transform bears the media white in place of the connection space's.
+    const icXformInternal& profiled = last.kind == kKindAbsolute ? first : last;
+    std::copy_n(profiled.pcsWhite, 3, result->pcsWhite);
+    std::copy_n(profiled.pcsWhite, 3, result->mediaWhite);
     result->tagData = reinterpret_cast<icTagBase*>(lut.release());
     return result;
 }
@@ -96,12 +110,13 @@ int combine(int count, const icXform_t* chain, icXform_t* out, int options, int*
             const CombineProgress& progress) {
     if (out == nullptr) return icErrInvalid;
     *out = nullptr;
-    if (!validChain(count, chain) || (options & ~kKnownOptions) != 0) return icErrInvalid;
+    if (!isChain(count, chain) || (options & ~kKnownOptions) != 0) return icErrInvalid;
     if (!linksFit(count, chain, failingLink)) return icErrXformKind;
-    for (int i = 0; i < count; ++i) {
-        if (!stageKernel(*chain[i])) return icErrXformKind;
+    if (!std::all_of(chain, chain + count, [](icXform_t xform) { return canBeStage(*xform); })) {
+        return icErrXformKind;
     }
     const ExpandedChain expanded = expandChain(count, chain);
+    if (!tablesFit(expanded)) return icErrXformKind;
     const GridSize size = chooseGridSize(expanded);
     Lut16Ptr lut;
     if (const int code = allocateLut(expanded, size, lut)) return code;

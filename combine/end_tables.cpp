@@ -32,7 +32,9 @@ const trcMatrix_t& matrixState(const icXformInternal& xform) {
     return *static_cast<const trcMatrix_t*>(xform.state);
 }
 
-/// lut16 tags keep their input tables behind the matrix.
+/// lut16 tags keep their input tables behind the matrix. Carried over, they come to stand before
+/// it: deliberate, and seen only by callers that start a chain without any larger grid with a
+/// two-point lut16 whose matrix is not the identity.
 const TableSet<uint16_t>& inputCurves16(const icLutState_t& s) {
     return s.kind == kTypeLut16 ? s.middleCurves : s.inputCurves;
 }

@@ -5,7 +5,6 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 
 #include "combine/lut16.h"
 #include "lumoxa/evaluate.h"

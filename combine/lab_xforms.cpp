@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "combine/chain.h"
 #include "combine/lut16.h"
 #include "eval/lab_xyz.h"
 #include "lumoxa/combine.h"
@@ -77,11 +78,6 @@ int makeLabXform(const int (&bits)[3], icXform_t* out) {
     return icSuccess;
 }
 
-bool isValid(int count, const icXform_t* chain, const icXform_t* out) {
-    if (count < 1 || chain == nullptr || out == nullptr) return false;
-    return std::none_of(chain, chain + count, [](icXform_t xform) { return xform == nullptr; });
-}
-
 /// Makes a stage with the white of `neighbour` on both sides and its intent.
 template <class Make>
 XformPtr labStageBeside(const icXformInternal& neighbour, Make make) {
@@ -95,7 +91,7 @@ XformPtr labStageBeside(const icXformInternal& neighbour, Make make) {
 template <class Combine>
 int buildToLab(int count, const icXform_t* chain, icXform_t* out, Combine combine) {
     if (out != nullptr) *out = nullptr;
-    if (!isValid(count, chain, out) || count != 1) return icErrInvalid;
+    if (out == nullptr || !isChain(count, chain) || count != 1) return icErrInvalid;
     if (!isConnectionSpace(chain[0]->outSpace)) return icErrXformKind;
     return guarded([&] {
         const XformPtr stage = labStageBeside(
@@ -139,7 +135,7 @@ int icMakeLabXform(int bitsL, int bitsA, int bitsB, icXform_t* out) {
 
 int icBuildLabXform(int count, const icXform_t* chain, icXform_t* out, int* failingLink) {
     if (out != nullptr) *out = nullptr;
-    if (!isValid(count, chain, out)) return icErrInvalid;
+    if (out == nullptr || !isChain(count, chain)) return icErrInvalid;
     if (!isConnectionSpace(chain[0]->inSpace)) return icErrXformKind;
     return guarded([&] {
         const XformPtr stage = labStageBeside(*chain[0], [](const uint16_t* white) {

@@ -22,6 +22,7 @@ std::optional<size_t> whitePoint(uint32_t space, const Lut16View& lut) {
         case kSpaceCmyk:
             return 0;
         case kSpaceLab:
+            if (lut.inputs() != 3) return std::nullopt;
             return g / 2 + ((g - 1) * g + g / 2) * g;
         case kSpaceGray:
         case kSpaceRgb:

@@ -28,12 +28,15 @@ int64_t sampleSize(const icPixelLayout_t& layout) {
 }
 
 /// Whether all lines of a side can be addressed: channels are there, and no line's offset, a signed
-/// 32-bit product, wraps.
-bool addressable(const icPixelLayout_t& layout, int32_t lines) {
-    const int32_t channels = layout.contiguous != 0 ? 1 : layout.channelCount;
+/// 32-bit product, wraps. A packed side is touched as far as the source's counts say, a strided one
+/// by its own pixel count.
+bool addressable(const icPixelLayout_t& layout, const icPixelLayout_t& source) {
+    const bool packed = layout.contiguous != 0;
+    const int32_t channels = packed ? 1 : layout.channelCount;
     if (channels < 1 || channels > kMaxLayoutChannels) return false;
-    if (lines < 1 || layout.pixelCount < 1) return true;
-    const int64_t farthest = int64_t{layout.lineStep} * (lines - 1);
+    const int32_t pixels = packed ? source.pixelCount : layout.pixelCount;
+    if (source.lineCount < 1 || pixels < 1) return true;
+    const int64_t farthest = int64_t{layout.lineStep} * (source.lineCount - 1);
     if (farthest != static_cast<int32_t>(farthest)) return false;
     return std::none_of(layout.channelData, layout.channelData + channels,
                         [](const void* data) { return data == nullptr; });
@@ -123,7 +126,7 @@ void convertLines(const BoundKernel& kernel, const Side& in, const Side& out, in
 
 int evaluate(const icXformInternal& xform, const icPixelLayout_t& source,
              const icPixelLayout_t& destination, const Progress& progress) {
-    if (!addressable(source, source.lineCount) || !addressable(destination, source.lineCount)) {
+    if (!addressable(source, source) || !addressable(destination, source)) {
         return icErrInvalid;
     }
     if (!isSampleType(source.dataType) || !isSampleType(destination.dataType)) {

@@ -14,9 +14,11 @@ namespace lumoxa {
 inline constexpr int32_t kMaxLayoutChannels = 32;
 
 /// Address of line `line` of a channel. The offset is a 32-bit product; the driver refuses layouts
-/// in which it would wrap.
+/// in which it would wrap, unless their lines are empty.
 inline uint8_t* lineStart(const icPixelLayout_t& layout, int32_t channel, int32_t line) {
-    return static_cast<uint8_t*>(layout.channelData[channel]) + layout.lineStep * line;
+    const auto offset =
+        static_cast<int32_t>(static_cast<uint32_t>(layout.lineStep) * static_cast<uint32_t>(line));
+    return static_cast<uint8_t*>(layout.channelData[channel]) + offset;
 }
 
 /// Copies every sample of a line between its place in the layout and the packed line.

@@ -10,7 +10,7 @@ namespace lumoxa {
 namespace {
 
 // All three samples of a gray pixel end here, X, Y and Z too: the bound of L* serves for both.
-constexpr float kGrayTop = 65280.0f;
+constexpr float kGrayTop = kLabLMax;
 
 uint16_t graySample(float v) {
     return roundClipped<uint16_t>(v, kGrayTop);

@@ -77,7 +77,7 @@ void icLabCurveToLegacy(std::vector<uint16_t>& table) {
 void icLabCurveFromLegacy(std::vector<uint16_t>& table) {
     startWithIdentity(table);
     for (uint16_t& entry : table) {
-        entry = roundWrapped<uint16_t>(static_cast<float>(entry) * 65280.0f / 65535.0f);
+        entry = roundWrapped<uint16_t>(static_cast<float>(entry) * float{kLabLMax} / kSampleMax16);
     }
 }
 

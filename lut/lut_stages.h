@@ -58,7 +58,7 @@ float toPosition(int32_t entries, uint32_t space) {
     const bool pcs = isConnectionSpace(space);
     if constexpr (sizeof(Sample) == 2) {
         const bool highByteOnly = pcs && sizeof(typename Family::Entry) == 1;
-        return last / (highByteOnly ? 65280.0f : 65535.0f);
+        return last / (highByteOnly ? float{kLabLMax} : kSampleMax16);
     } else {
         const bool asHighByte = pcs && sizeof(typename Family::Entry) == 2;
         return asHighByte ? 256.0f * last / 65535.0f : last / 255.0f;
@@ -253,8 +253,8 @@ inline void locateCells(const icLutState_t& s, const uint32_t* strides, const Ro
 }
 
 /// Converts a run of packed pixels. `Clut`, made from its `Clut::State`, interpolates the grid for
-/// a block of rows. Source and destination may be the same memory when pixels do not grow: a block
-/// is read whole before any of it is written.
+/// a block of rows. Source and destination may be the same memory where their pixels have one
+/// size: a block is read whole before any of it is written.
 template <class Family, class Clut, class In, class Out>
 void convertLut(const typename Clut::State& state, const In* source, Out* destination,
                 ptrdiff_t pixels) {

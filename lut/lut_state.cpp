@@ -208,7 +208,6 @@ void setStrides(const TagView& tag, icLutState_t& s, LutStorage& storage) {
 void icBuildLutState(const icTagBase* base, uint32_t inSpace, uint32_t outSpace, icLutState_t& s) {
     const TagView tag{reinterpret_cast<const uint8_t*>(base), false};
     auto storage = std::make_shared<LutStorage>();
-    s.tag = tag.bytes;
     s.kind = tag.type();
     s.inSpace = inSpace;
     s.outSpace = outSpace;

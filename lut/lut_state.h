@@ -39,8 +39,7 @@ struct LutStorage {
 /// Invariants: immutable after building; the tag outlives the state; table sets that are present
 /// have at least 2 entries and grids at least 2 points a dimension.
 struct icLutState_t {
-    const uint8_t* tag = nullptr;  // host byte order
-    uint32_t kind = 0;             // the tag's type
+    uint32_t kind = 0;  // the tag's type
     uint32_t inSpace = 0;
     uint32_t outSpace = 0;
 

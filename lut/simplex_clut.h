@@ -85,7 +85,7 @@ class SimplexClut {
     }
 
     const State& s_;
-    std::array<uint32_t, Table::kDimensions> strides_;
+    std::array<uint32_t, size_t{Table::kDimensions}> strides_;
 };
 
 }  // namespace lumoxa

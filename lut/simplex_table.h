@@ -29,22 +29,22 @@ namespace lumoxa {
 template <class Scheme>
 struct SimplexTable {
     static constexpr int kDimensions = Scheme::kDimensions;
-    static constexpr int kVertices = kDimensions + 1;
-    static constexpr int kSimplices = Scheme::kSimplices;
-    static constexpr int kCorners = 1 << kDimensions;
-    static constexpr size_t kFloatsPerCellAndOutput = size_t{kSimplices} * kVertices;
+    static constexpr size_t kVertices = size_t{Scheme::kDimensions} + 1;
+    static constexpr size_t kSimplices = Scheme::kSimplices;
+    static constexpr size_t kCorners = size_t{1} << kDimensions;
+    static constexpr size_t kFloatsPerCellAndOutput = kSimplices * kVertices;
 
     using Matrix = std::array<std::array<float, kVertices>, kVertices>;
 
     /// Inverse of a simplex's vertex matrix, by Gauss-Jordan elimination; exact.
-    static Matrix inverseVertexMatrix(int simplex);
+    static Matrix inverseVertexMatrix(size_t simplex);
 
     /// All coefficients, as [cell][output][simplex][vertex], on one thread a processor core. Cells
     /// are numbered like the grid, the last dimension fastest. Throws std::bad_alloc.
     static std::shared_ptr<const float[]> build(const icLutState_t& state);
 
     /// Cells to step over for one step along each dimension.
-    static std::array<uint32_t, kDimensions> cellStrides(const icLutState_t& state);
+    static std::array<uint32_t, size_t{kDimensions}> cellStrides(const icLutState_t& state);
 };
 
 /// Bytes that a coefficient table may take: 2 GiB. The largest grids of real four-ink profiles (17
@@ -52,7 +52,7 @@ struct SimplexTable {
 inline constexpr uint64_t kMaxCoefficientBytes = uint64_t{1} << 31;
 
 template <class Scheme>
-typename SimplexTable<Scheme>::Matrix SimplexTable<Scheme>::inverseVertexMatrix(int simplex) {
+typename SimplexTable<Scheme>::Matrix SimplexTable<Scheme>::inverseVertexMatrix(size_t simplex) {
     Matrix a{};
     Matrix inverse{};
     for (size_t v = 0; v < kVertices; ++v) {
@@ -86,11 +86,11 @@ typename SimplexTable<Scheme>::Matrix SimplexTable<Scheme>::inverseVertexMatrix(
 }
 
 template <class Scheme>
-std::array<uint32_t, SimplexTable<Scheme>::kDimensions> SimplexTable<Scheme>::cellStrides(
+std::array<uint32_t, size_t{SimplexTable<Scheme>::kDimensions}> SimplexTable<Scheme>::cellStrides(
     const icLutState_t& state) {
-    std::array<uint32_t, kDimensions> strides{};
+    std::array<uint32_t, size_t{kDimensions}> strides{};
     uint32_t stride = 1;
-    for (size_t d = kDimensions; d-- > 0;) {
+    for (size_t d = size_t{kDimensions}; d-- > 0;) {
         strides[d] = stride;
         stride *= static_cast<uint32_t>(state.lastCell[d] + 1);
     }
@@ -143,11 +143,11 @@ class CellFiller {
     }
     void fillOutput(const Entry* cell, float* out) const {
         float corner[Table::kCorners];
-        for (int k = 0; k < Table::kCorners; ++k) {
+        for (size_t k = 0; k < Table::kCorners; ++k) {
             corner[k] = static_cast<float>(cell[s_.cornerOffsets[k]]);
         }
-        for (int t = 0; t < Table::kSimplices; ++t) {
-            const auto& inverse = inverse_[static_cast<size_t>(t)];
+        for (size_t t = 0; t < Table::kSimplices; ++t) {
+            const auto& inverse = inverse_[t];
             for (size_t row = 0; row < Table::kVertices; ++row) {
                 float sum = 0.0f;
                 for (size_t v = 0; v < Table::kVertices; ++v) {
@@ -170,9 +170,8 @@ class CellFiller {
 template <class Scheme>
 std::shared_ptr<const float[]> SimplexTable<Scheme>::build(const icLutState_t& state) {
     std::array<Matrix, kSimplices> inverse;
-    for (int t = 0; t < kSimplices; ++t) {
-        inverse[static_cast<size_t>(t)] = inverseVertexMatrix(t);
-    }
+    for (size_t t = 0; t < kSimplices; ++t)
+        inverse[t] = inverseVertexMatrix(t);
     uint64_t cells = 1;
     for (int d = 0; d < kDimensions; ++d)
         cells *= static_cast<uint64_t>(state.lastCell[d] + 1);

@@ -32,7 +32,7 @@ std::pair<float, float> interpolationStep(float a, float c, float fa, float fb, 
     return {std::fabs(p), q};
 }
 
-/// Root of `f` in [a, b], where it must change its sign.
+/// Root of `f` in [a, b]; where it does not change its sign, the end at which it is nearer to 0.
 template <class Function>
 bool brentRoot(const Function& f, float a, float b, float fa, float fb, float& root) {
     float c = b;
@@ -87,10 +87,7 @@ bool findOnCurve(const float* table, int entries, float y, float& x) {
         return std::fabs(value) < kEndIsRoot ? 0.0f : value;
     };
     const float last = static_cast<float>(entries - 1);
-    const float first = atEnd(0.0f);
-    const float end = atEnd(last);
-    const bool bracketed = (first <= 0.0f && end >= 0.0f) || (first >= 0.0f && end <= 0.0f);
-    return bracketed && brentRoot(difference, 0.0f, last, first, end, x);
+    return brentRoot(difference, 0.0f, last, atEnd(0.0f), atEnd(last), x);
 }
 
 void invertCurve(const float* table, int entries, float* inverse) {

@@ -4,7 +4,6 @@
 // for gray), in either direction.
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <memory>
 
 #include "lumoxa/evaluate.h"
@@ -58,14 +57,11 @@ Matrix inverted(const Matrix& m) {
             r * (m[0] * m[4] - m[1] * m[3])};
 }
 
-/// Inverts this channel's own gamma. The channel may be of another form than the red one that chose
-/// this branch; without an entry it is the identity.
-void sampleInverseGamma(const ToneCurve& curve, int entries, float* table) {
+/// The exponent that inverts this channel's own gamma. The channel may be of another form than the
+/// red one that chose this branch; without an entry it is the identity.
+double inverseGamma(const ToneCurve& curve) {
     constexpr double kGammaOne = 256.0;  // u8Fixed8
-    const double exponent = curve.entries.empty() ? 1.0 : kGammaOne / curve.entries[0];
-    for (int i = 0; i < entries; ++i) {
-        table[i] = static_cast<float>(65535.0 * std::pow(double(i) / (entries - 1), exponent));
-    }
+    return curve.entries.empty() ? 1.0 : kGammaOne / curve.entries[0];
 }
 
 /// Fills the inverse table of one channel. The form of the first curve decides for all channels, on
@@ -75,7 +71,7 @@ void sampleInverse(const ToneCurve& curve, const ToneCurve& first, int entries, 
     if (!curve.parametric && form.entries.empty()) {
         sampleToneCurve(ToneCurve{}, entries, table);
     } else if (!curve.parametric && form.entries.size() == 1) {
-        sampleInverseGamma(curve, entries, table);
+        sampleGamma(inverseGamma(curve), entries, table);
     } else {
         const auto forward = std::make_unique<float[]>(static_cast<size_t>(entries));
         sampleToneCurve(curve, entries, forward.get());

@@ -6,12 +6,12 @@
 #include "profile/byte_order.h"
 #include "profile/entry_guard.h"
 #include "profile/pcs_encoding.h"
+#include "xform/tone_curve.h"
 
 namespace lumoxa {
 namespace {
 
 constexpr icTagSignature kWhitePointTag = fourcc("wtpt");
-constexpr uint32_t kXyzTagSize = 20;  // type, reserved, three numbers
 
 /// Finds the tag and reads it through `source`: an open file or memory.
 template <class Source>

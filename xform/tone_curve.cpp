@@ -11,9 +11,6 @@ namespace {
 
 using namespace lut_layout;
 
-constexpr uint32_t kXyzTagSize = 20;       // type, reserved, three numbers
-constexpr double kGammaStep = 0.00390625;  // u8Fixed8: 1 / 256
-
 int decodeSampled(const TagCopy& tag, ToneCurve& out) {
     if (tag.size < kCurveData) return icErrRead;
     const uint32_t count = loadFileOrder<uint32_t>(tag.data() + kCurveCount);
@@ -36,12 +33,6 @@ int decodeParametric(const TagCopy& tag, ToneCurve& out) {
     return icSuccess;
 }
 
-void sampleGamma(double gamma, int entries, float* table) {
-    for (int i = 0; i < entries; ++i) {
-        table[i] = static_cast<float>(65535.0 * std::pow(double(i) / (entries - 1), gamma));
-    }
-}
-
 void copyExtended(const std::vector<uint16_t>& source, int entries, float* table) {
     for (size_t i = 0; i < static_cast<size_t>(entries); ++i) {
         table[i] = i < source.size() ? source[i] : source.back();
@@ -49,6 +40,12 @@ void copyExtended(const std::vector<uint16_t>& source, int entries, float* table
 }
 
 }  // namespace
+
+void sampleGamma(double gamma, int entries, float* table) {
+    for (int i = 0; i < entries; ++i) {
+        table[i] = static_cast<float>(65535.0 * std::pow(double(i) / (entries - 1), gamma));
+    }
+}
 
 int readToneCurve(const icProfileInternal& profile, icTagSignature signature, ToneCurve& out) {
     TagCopy tag;

@@ -12,6 +12,9 @@
 
 namespace lumoxa {
 
+inline constexpr uint32_t kXyzTagSize = 20;       // type, reserved, three numbers
+inline constexpr double kGammaStep = 0.00390625;  // of a u8Fixed8 gamma entry: 1 / 256
+
 /// A tone curve tag: 'curv' with its entries (none: identity, one: a u8Fixed8 gamma, more: samples
 /// at equal steps) or 'para' with its parameters.
 struct ToneCurve {
@@ -37,6 +40,9 @@ int readXyz(const icProfileInternal& profile, icTagSignature signature,
 /// brought to that scale, nor is any part of type 4: deliberate, callers rely on these tables as
 /// they are. All types but 0 are clipped to 0..65535.
 void sampleParametric(const ParametricCurve& curve, int entries, float* table);
+
+/// Fills a table with 65535 x^gamma at equal steps of x from 0 to 1.
+void sampleGamma(double gamma, int entries, float* table);
 
 /// Fills a table of `entries` with the curve's values, 0..65535. A sampled curve is copied entry by
 /// entry and, where it is shorter, extended with its last entry.

@@ -67,6 +67,7 @@ XformPtr newXform();
 /// or a public record that it derives from.
 template <class State, class Record = State>
 void adoptState(icXformInternal& xform, std::unique_ptr<State> state) {
+    if (xform.releaseState != nullptr) xform.releaseState(xform.state);
     xform.state = static_cast<Record*>(state.release());
     xform.releaseState = [](void* record) {
         delete static_cast<State*>(static_cast<Record*>(record));

@@ -29,9 +29,13 @@ inline constexpr int icCombineKeepPaperWhite = 2;  ///< no paper-white adjustmen
 ///
 /// Neighbours fit when their channel counts agree and their spaces are the same, or both are
 /// connection spaces; Lab/XYZ conversions and the white scaling of absolute colorimetry are put in
-/// where needed. The result's grid is sized from the chain, its input tables carry the first
-/// stage's curves when no transform of the chain has a grid of its own, its output tables the
-/// last stage's curves, and its grid is filled by running every point through the chain in 16 bits.
+/// where needed. The result's grid is sized from the chain; its input tables carry the first
+/// stage's curves when no transform of the chain has a grid of its own and it does not end in a
+/// conversion to Lab; its output tables carry the last stage's curves; its grid is filled by
+/// running every point through the chain in 16 bits. A chain of matrix/TRC transforms alone is
+/// linear between its curves and gets three grid points a channel, which spreads what the target's
+/// gamut cuts off over half the range: where that matters, convert with one transform after the
+/// other.
 ///
 /// For an RGB display at the start of the chain, black is lifted by 1/24 of the range, and lowered
 /// by as much for an RGB display at its end (with any start but Lab), so that a shadow keeps its
@@ -47,9 +51,10 @@ inline constexpr int icCombineKeepPaperWhite = 2;  ///< no paper-white adjustmen
 /// @param progress     not used by this form
 /// @param user         not used by this form
 /// @param flags        not used by this form
-/// @return 0; icErrXformKind when two neighbours do not fit, or for a transform that converts
-///         nothing; icErrInvalid for a null argument, a null handle in the chain or a count below
-///         1; icErrNoMemory
+/// @return 0; icErrXformKind when two neighbours do not fit, for a transform that converts
+///         nothing or has other than 3 channels on a connection-space side, and for end curves of
+///         over 65535 entries; icErrInvalid for a null argument, a null handle in the chain or a
+///         count below 1; icErrNoMemory
 LUMOXA_API int icCombineXforms(int count, const icXform_t* chain, icXform_t* out, int* failingLink,
                                icProgressCallback progress, void* user, unsigned int flags);
 

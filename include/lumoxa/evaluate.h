@@ -62,8 +62,8 @@ struct LabToXyz_t {
 ///
 /// @param xform        transform to apply; read only, may be in use on other threads
 /// @param source       lineCount x pixelCount pixels of the transform's input channels
-/// @param destination  as source, with the transform's output channels; the same memory as the
-///                     source or disjoint from it
+/// @param destination  as source, with the transform's output channels; disjoint from the source
+///                     or, where pixels of both have one size, the same memory laid out alike
 /// @param progress     optional; called on this thread with (start, 0), after line i of n with
 ///                     (progress, 100 i / n), at the end with (end, 100). A non-zero answer to a
 ///                     progress call leaves the remaining lines untouched; the answer to the start

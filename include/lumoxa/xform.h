@@ -36,7 +36,7 @@ LUMOXA_API void icXformFree(icXform_t xform);
 /// Describes a transform.
 ///
 /// @param xform  transform to describe, read only
-/// @param out    filled by the caller's leave with the seven fields
+/// @param out    receives the seven fields
 /// @return 0; icErrInvalid when either argument is null
 LUMOXA_API int icXformGetDesc(icXform_t xform, icXformDesc_t* out);
 
@@ -66,7 +66,8 @@ LUMOXA_API int icXformGetDesc(icXform_t xform, icXformDesc_t* out);
 ///         the profile has neither a LUT tag nor the tags of a matrix/TRC description; icErrTagType
 ///         for a tag of the wrong type or one that declares what no transform can have (0 channels,
 ///         over 16 inputs, a grid below 2, tables of fewer than 2 entries, unknown curve types);
-///         icErrRead when a tag holds fewer bytes than it declares; icErrNoMemory
+///         icErrRead when a tag holds fewer bytes than it declares; icErrNoMemory, also for a
+///         grid whose interpolation tables would take over 2 GiB
 ///
 /// Threading: profiles held in memory may be asked by several threads at once, a file-backed one by
 /// one thread at a time, since its file position moves.
