@@ -24,15 +24,22 @@ double secondsSince(Clock::time_point start) {
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-struct OutputName {
+constexpr const char* kNameProfile = "name the image's profile with --from";
+
+struct FileName {
     std::string path;
-    std::string options;  // libvips' save options with their brackets, "" for none
+    std::string options;  // libvips' options with their brackets, "" for none
 };
 
-OutputName splitOutputName(const std::string& text) {
+FileName splitName(const std::string& text) {
     const GlibText path(vips_filename_get_filename(text.c_str()));
     const GlibText options(vips_filename_get_options(text.c_str()));
     return {path.get(), options.get()};
+}
+
+// Load options may choose other pages than the first one.
+bool hasOptions(const std::string& input) {
+    return !splitName(input).options.empty();
 }
 
 // Throws an InputError when the profile describes other pixels than the image has.
@@ -43,30 +50,33 @@ void requireFit(const std::string& input, const SourceImage& source, const Profi
     std::string image = std::to_string(source.colourBands);
     if (source.space != 0) image += " " + spaceText(source.space);
     throw InputError(input + ": has " + image + " channels, but " + profile.name() + " is for " +
-                     std::to_string(wanted) + " " + spaceText(profile.space()) +
-                     " channels; name the image's own profile with --from");
+                         std::to_string(wanted) + " " + spaceText(profile.space()) + " channels",
+                     kNameProfile);
 }
 
-// The embedded profile; --from also helps out where that one is broken or made for other pixels.
+void printNote(const ConvertArguments& arguments, const std::string& text) {
+    if (!arguments.quiet) printMessage("note: " + text);
+}
+
+// The embedded profile; --from helps out where that one can't serve.
 Profile sourceProfile(const ConvertArguments& arguments, const SourceImage& source) {
     if (source.profile) {
         try {
-            Profile embedded("profile embedded in " + arguments.input, *source.profile);
+            Profile embedded("profile embedded in " + arguments.input, *source.profile,
+                             kNameProfile);
             requireFit(arguments.input, source, embedded);
-            if (!arguments.from.empty() && !arguments.quiet) {
-                printMessage("note: " + arguments.input +
-                             ": has its own profile, --from is not used");
-            }
+            if (arguments.from.empty()) return embedded;
+            makeDeviceLink(embedded, arguments.request.intent, icDeviceToPcs);  // throws: no use
+            printNote(arguments, arguments.input + ": has its own profile, --from is not used");
             return embedded;
         } catch (const InputError& error) {
             if (arguments.from.empty()) throw;
-            printMessage(std::string("note: ") + error.what() + "; --from is used instead");
+            printNote(arguments, error.fault() + "; --from is used instead");
         }
     }
     if (!arguments.from.empty()) return Profile::open(arguments.from);
     if (source.space == kRgb) return Profile::open(kBuiltInSrgb);
-    throw InputError(arguments.input +
-                     ": has no embedded profile and is not RGB; name its profile with --from");
+    throw InputError(arguments.input + ": has no embedded profile and is not RGB", kNameProfile);
 }
 
 VipsInterpretation interpretationOf(uint32_t space, bool sixteenBits) {
@@ -88,7 +98,7 @@ bool targetSixteenBits(const ConvertArguments& arguments, const SourceImage& sou
 PixelPlan makePlan(const Conversion& conversion, const SourceImage& source,
                    const OutputFormat& format, bool sixteenBits) {
     PixelPlan plan;
-    plan.xform = conversion.combined.get();
+    plan.conversion = &conversion;
     plan.sourceColours = source.colourBands;
     plan.targetColours = static_cast<int>(conversion.desc.outChannels);
     plan.sourceAlpha = source.alpha;
@@ -104,7 +114,7 @@ bool needsBigTiff(VipsImage* image) {
     return static_cast<double>(VIPS_IMAGE_SIZEOF_IMAGE(image)) > kSafeBytes;
 }
 
-int writeImage(VipsImage* image, const std::string& file, const OutputName& name,
+int writeImage(VipsImage* image, const std::string& file, const FileName& name,
                const OutputFormat& format) {
     const std::string target = file + (name.options.empty() ? format.options : name.options);
     if (std::string(format.name) == "TIFF" && needsBigTiff(image)) {
@@ -133,7 +143,7 @@ void describePixels(VipsImage* image, const Profile& to) {
     }
 }
 
-void convertFile(const ConvertArguments& arguments, const OutputName& name,
+void convertFile(const ConvertArguments& arguments, const FileName& name,
                  const OutputFormat& format, SourceImage source, const PixelPlan& plan,
                  const Profile& to) {
     OutputFile file(name.path);
@@ -154,7 +164,7 @@ void convertFile(const ConvertArguments& arguments, const OutputName& name,
     file.commit();
 }
 
-void printReport(const ConvertArguments& arguments, const OutputName& name, const Profile& from,
+void printReport(const ConvertArguments& arguments, const FileName& name, const Profile& from,
                  const Profile& to, const Conversion& conversion, const PixelPlan& plan, int width,
                  int height, double seconds) {
     const double megapixels = 1e-6 * width * height;
@@ -162,8 +172,8 @@ void printReport(const ConvertArguments& arguments, const OutputName& name, cons
     std::cout << std::fixed << arguments.input << " -> " << name.path << '\n'
               << "  from      " << from.description() << ": " << conversion.from.describe() << '\n'
               << "  to        " << to.description() << ": " << conversion.to.describe() << '\n'
-              << "  combined  " << conversion.describe() << ", "
-              << intentText(conversion.desc.intent) << '\n'
+              << (conversion.combined ? "  combined  " : "  applied   ") << conversion.describe()
+              << ", " << intentText(conversion.desc.intent) << '\n'
               << "  size      " << width << " x " << height << ", " << bits(plan.sourceSixteenBits)
               << " to " << bits(plan.targetSixteenBits) << " bits"
               << (plan.targetAlpha ? ", with alpha" : "") << '\n'
@@ -175,15 +185,14 @@ void printNotices(const ConvertArguments& arguments, const SourceImage& source,
                   const Conversion& conversion, const PixelPlan& plan, const OutputFormat& format) {
     for (const std::string& notice : conversion.notices)
         printMessage(notice);
-    if (arguments.quiet) return;
-    if (source.pages > 1) {
-        printMessage("note: " + arguments.input + ": has " + std::to_string(source.pages) +
-                     " pages, only one is converted; choose it with '" + arguments.input +
-                     "[page=N]'");
+    if (source.pages > 1 && !hasOptions(arguments.input)) {
+        printNote(arguments, arguments.input + ": has " + std::to_string(source.pages) +
+                                 " pages, only one is converted; choose it with '" +
+                                 arguments.input + "[page=N]'");
     }
     if (plan.sourceAlpha && !plan.targetAlpha) {
-        printMessage("note: " + arguments.output + ": " + format.name +
-                     " holds no transparency, which is dropped");
+        printNote(arguments, arguments.output + ": " + format.name +
+                                 " holds no transparency, which is dropped");
     }
 }
 
@@ -191,8 +200,9 @@ void printNotices(const ConvertArguments& arguments, const SourceImage& source,
 
 void runConvert(const ConvertArguments& arguments) {
     watchForInterrupt();  // here only: other commands leave nothing to clean up
-    const OutputName name = splitOutputName(arguments.output);
+    const FileName name = splitName(arguments.output);
     const OutputFormat& format = outputFormat(name.path);
+    requireProfileKept(name.path, name.options);
     const Profile to = Profile::open(arguments.to);
     requireSpace(name.path, format, to.space());
     SourceImage source = openSourceImage(arguments.input);

@@ -12,7 +12,7 @@ namespace {
 constexpr size_t kHeaderBytes = 128;
 constexpr size_t kTableStart = kHeaderBytes + 4;
 constexpr size_t kEntryBytes = 12;
-constexpr const char* kGetSound = "; get a sound copy of the profile";
+constexpr const char* kGetSound = "get a sound copy of the profile";
 
 std::string tagName(uint32_t signature) {
     return "tag " + quotedSignature(signature);
@@ -79,14 +79,14 @@ uint32_t faultyColorant(const Profile& profile, const Colorant (&colorants)[Coun
 
 }  // namespace
 
-std::string loadFault(const std::vector<uint8_t>& bytes, int code) {
+Fault loadFault(const std::vector<uint8_t>& bytes, int code) {
     const bool noTags = bytes.size() >= kTableStart && bigEndian32(&bytes[kHeaderBytes]) == 0;
     if (code == icErrInvalid || bytes.size() < 40) {
-        return "is not an ICC profile (no 'acsp' at byte 36); give a profile file";
+        return {"is not an ICC profile (no 'acsp' at byte 36)", "give a profile file"};
     }
-    if (code == icErrRead) return misfit(bytes) + kGetSound;
-    if (noTags) return std::string("has an empty tag table") + kGetSound;
-    return "profile " + faultText(code) + kGetSound;
+    if (code == icErrRead) return {misfit(bytes), kGetSound};
+    if (noTags) return {"has an empty tag table", kGetSound};
+    return {"profile " + faultText(code), kGetSound};
 }
 
 uint32_t lutTagFor(const Profile& profile, uint32_t intent, icTransType direction) {
@@ -99,23 +99,22 @@ uint32_t lutTagFor(const Profile& profile, uint32_t intent, icTransType directio
     return 0;
 }
 
-std::string transformFault(const Profile& profile, uint32_t intent, icTransType direction,
-                           int code) {
+Fault transformFault(const Profile& profile, uint32_t intent, icTransType direction, int code) {
     if (const uint32_t lut = lutTagFor(profile, intent, direction); lut != 0) {
-        return tagName(lut) + " " + faultText(code) + kGetSound;
+        return {tagName(lut) + " " + faultText(code), kGetSound};
     }
     if (code == icErrXformKind) {
-        return "its private gray tag 'wzgd' can't be used; choose another gray profile";
+        return {"its private gray tag 'wzgd' can't be used", "choose another gray profile"};
     }
     const bool gray = profile.space() == kGray;
     if (!gray && profile.space() != kRgb && code == icErrNoTag) {
         const std::string tags = direction == icDeviceToPcs ? "'A2B0..2'" : "'B2A0..2'";
         const std::string role = direction == icDeviceToPcs ? "source" : "target";
-        return "has no tag " + tags + ", so it can't be the " + role + "; choose another profile";
+        return {"has no tag " + tags + ", so it can't be the " + role, "choose another profile"};
     }
     const uint32_t fault =
         gray ? faultyColorant(profile, kGrayTags, code) : faultyColorant(profile, kRgbTags, code);
-    return (fault != 0 ? tagName(fault) : "profile") + " " + faultText(code) + kGetSound;
+    return {(fault != 0 ? tagName(fault) : "profile") + " " + faultText(code), kGetSound};
 }
 
 }  // namespace lumoxa_tool

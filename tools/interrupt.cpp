@@ -10,6 +10,13 @@
 namespace lumoxa_tool {
 namespace {
 
+constexpr int kSignals[] = {
+    SIGINT, SIGTERM,
+#if defined(SIGHUP)
+    SIGHUP,  // the terminal is gone
+#endif
+};
+
 std::atomic<int> receivedSignal = 0;
 static_assert(std::atomic<int>::is_always_lock_free, "the only kind that a signal handler may use");
 
@@ -20,7 +27,7 @@ extern "C" void noteSignal(int number) {
 }  // namespace
 
 void watchForInterrupt() {
-    for (const int number : {SIGINT, SIGTERM}) {
+    for (const int number : kSignals) {
         if (std::signal(number, noteSignal) == SIG_IGN) std::signal(number, SIG_IGN);
     }
 }

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Ctrl-C and termination: noted by a handler, acted on where the tool can clean up.
+// Ctrl-C, termination and a closed terminal: noted by a handler, acted on where the tool can clean
+// up.
 #pragma once
 
 namespace lumoxa_tool {
 
-/// Starts noting SIGINT and SIGTERM instead of dying of them. Reads that wait go on waiting, so
-/// this is for work that comes back to interrupted() by itself. A signal that the parent has
-/// switched off stays off.
+/// Starts noting SIGINT, SIGTERM and SIGHUP instead of dying of them. Reads that wait go on
+/// waiting, so this is for work that comes back to interrupted() by itself. A signal that the
+/// parent has switched off stays off.
 void watchForInterrupt();
 
 /// Whether a signal has come; safe on any thread.

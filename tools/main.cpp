@@ -38,8 +38,11 @@ const std::map<std::string, icRenderingIntent> kIntents = {
 };
 
 void addConversionOptions(CLI::App& command, ConversionRequest& request) {
-    command.add_option("--intent", request.intent, "Rendering intent, relative unless given")
-        ->transform(CLI::Transformer(kIntents))
+    const auto choose = [&request](const std::string& word) { request.intent = kIntents.at(word); };
+    command
+        .add_option_function<std::string>("--intent", choose,
+                                          "Rendering intent, relative unless given")
+        ->check(CLI::IsMember(kIntents))
         ->option_text("perceptual|relative|saturation|absolute");
     command.add_flag("--display-flare", request.displayFlare,
                      "Lift and lower the black of RGB displays by their flare; without it, colour "
@@ -65,9 +68,10 @@ CLI::App* addConvert(CLI::App& app, ConvertArguments& arguments) {
         ->option_text("PROFILE");
     addConversionOptions(*command, arguments.request);
     command->add_option("--depth", arguments.depth, "Bits a sample, as the image has unless given")
-        ->check(CLI::IsMember({8, 16}))
+        ->check(CLI::IsMember({"8", "16"}))
         ->option_text("8|16");
-    command->add_flag("-q,--quiet", arguments.quiet, "No report, no progress, no notes");
+    command->add_flag("-q,--quiet", arguments.quiet,
+                      "No report, no progress, no notes; warnings stay");
     return command;
 }
 
@@ -124,6 +128,10 @@ int run(int argc, char** argv) {
     } catch (const CLI::Success& wish) {  // help or version
         return app.exit(wish);
     } catch (const CLI::ParseError& error) {
+        if (app.get_subcommands().empty() && app.remaining_size() > 0) {
+            throw UsageError("'" + app.remaining().front() +
+                             "' is not a command: give convert, values or info; see lumoxa --help");
+        }
         throw UsageError(std::string(error.what()) + "; see lumoxa --help");
     }
     if (convert->parsed()) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/output_file.h"
 
+#include <cerrno>
+#include <fstream>
 #include <random>
 #include <string>
 #include <system_error>
@@ -22,23 +24,54 @@ std::string uniqueStem() {
     return stem;
 }
 
+// Where a chain of symbolic links leads, be it to a file that doesn't exist yet: renaming over a
+// link would leave the file behind it as it was.
+fs::path followLinks(const fs::path& path) {
+    constexpr int kMostLinks = 40;  // as many as Linux follows
+    fs::path at = path;
+    std::error_code error;
+    for (int i = 0; i < kMostLinks; ++i) {
+        if (!fs::is_symlink(fs::symlink_status(at, error))) return at;
+        const fs::path link = fs::read_symlink(at, error);
+        if (error) throw InputError(path.string() + ": " + error.message(), "check the link");
+        at = at.parent_path() / link;  // an absolute link replaces the folder
+    }
+    throw InputError(path.string() + ": leads from link to link without end", "mend the link");
+}
+
+// Root may write to any file: what nobody may write to is protected from it as well.
+bool writeProtected(const fs::path& path, fs::perms permissions) {
+    constexpr fs::perms kAnyWriter =
+        fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+    return (permissions & kAnyWriter) == fs::perms::none || !std::ofstream(path, std::ios::app);
+}
+
 }  // namespace
 
-OutputFile::OutputFile(const fs::path& target) : target_(target) {
+OutputFile::OutputFile(const fs::path& target) : target_(followLinks(target)) {
     std::error_code error;
-    if (fs::is_symlink(fs::symlink_status(target_, error))) {
-        // Renaming over a link would leave its file as it was: write where it leads.
-        const fs::path resolved = fs::weakly_canonical(target_, error);
-        if (!error) target_ = resolved;
+    const fs::file_status status = fs::status(target_, error);
+    if (fs::exists(status) && !fs::is_regular_file(status)) {
+        throw InputError(target.string() + ": is not a regular file", "give a file to write to");
     }
-    if (fs::exists(target_, error) && !fs::is_regular_file(target_, error)) {
-        throw InputError(target.string() + ": is not a regular file; give a file name to write to");
+    if (fs::exists(status) && writeProtected(target_, status.permissions())) {
+        throw InputError(target.string() + ": is write-protected",
+                         "change its permissions or choose another name");
     }
     const fs::path folder = target_.has_parent_path() ? target_.parent_path() : fs::path(".");
     if (!fs::is_directory(folder, error)) {
-        throw InputError(target.string() + ": its folder does not exist; create it first");
+        throw InputError(target.string() + ": its folder does not exist", "create it first");
     }
-    temporary_ = folder / (uniqueStem() + target_.extension().string());
+    temporary_ = folder / (uniqueStem() + target.extension().string());
+    if (!std::ofstream(temporary_)) {
+        const std::string reason = std::generic_category().message(errno);
+        throw InputError(target.string() + ": can't be created (" + reason + ")",
+                         "check the permissions of its folder");
+    }
+    // Nobody sees more of a file that is being replaced than of the old one.
+    if (fs::exists(status)) {
+        fs::permissions(temporary_, fs::perms::owner_read | fs::perms::owner_write, error);
+    }
 }
 
 OutputFile::~OutputFile() {
@@ -48,10 +81,12 @@ OutputFile::~OutputFile() {
 
 void OutputFile::commit() {
     std::error_code error;
+    const fs::file_status old = fs::status(target_, error);
+    if (fs::exists(old)) fs::permissions(temporary_, old.permissions(), error);
     fs::rename(temporary_, target_, error);
     if (error) {
-        throw InputError(target_.string() + ": can't be replaced (" + error.message() +
-                         "); check its permissions");
+        throw InputError(target_.string() + ": can't be replaced (" + error.message() + ")",
+                         "check its permissions");
     }
     temporary_.clear();
 }

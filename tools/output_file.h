@@ -7,12 +7,14 @@
 
 namespace lumoxa_tool {
 
-/// A temporary name beside the target, removed again unless commit() is reached. The name ends in
+/// A temporary file beside the target, removed again unless commit() is reached. The name ends in
 /// the target's suffix, by which the saver is chosen. An existing target stays as it is until then,
-/// so it may even be the input.
+/// so it may even be the input; the new file takes over its permissions. Symbolic links are
+/// followed and stay.
 class OutputFile {
   public:
-    /// @throws InputError when the target's folder is missing or the target is no regular file
+    /// Creates the temporary file, empty.
+    /// @throws InputError when it can't be created or the target can't or mustn't be replaced
     explicit OutputFile(const std::filesystem::path& target);
     ~OutputFile();
     OutputFile(const OutputFile&) = delete;

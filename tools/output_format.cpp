@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
+#include <iterator>
+#include <string_view>
 
 #include "tools/signatures.h"
 #include "tools/tool_error.h"
@@ -32,20 +34,36 @@ const OutputFormat& outputFormat(const std::string& path) {
     for (const OutputFormat& format : kFormats) {
         if (suffix == format.suffix) return format;
     }
-    throw InputError(path +
+    throw UsageError(path +
                      ": format can't be told from the name; end it in .tif, .png, .jpg or .webp");
 }
 
 void requireSpace(const std::string& path, const OutputFormat& format, uint32_t space) {
     if (space != kRgb && space != kGray && space != kCmyk) {
-        throw InputError(path + ": no image format holds " + spaceText(space) +
+        throw UsageError(path + ": no image format holds " + spaceText(space) +
                          " pixels; choose a gray, RGB or CMYK target profile");
     }
     if (space == kCmyk && !format.cmyk) {
-        throw InputError(path + ": " + format.name + " can't hold CMYK; write .tif or .jpg");
+        throw UsageError(path + ": " + format.name + " can't hold CMYK; write .tif or .jpg");
     }
     if (space == kGray && !format.gray) {
-        throw InputError(path + ": " + format.name + " can't hold gray; write .tif, .png or .jpg");
+        throw UsageError(path + ": " + format.name + " can't hold gray; write .tif, .png or .jpg");
+    }
+}
+
+void requireProfileKept(const std::string& path, const std::string& options) {
+    static constexpr std::string_view kDropping[] = {"strip", "profile", "keep"};
+    static constexpr const char* kAround = "[], \t\"'";  // the option parser skips these
+    for (size_t at = 0; at < options.size(); at = options.find(',', at + 1)) {
+        const size_t first = options.find_first_not_of(kAround, at);
+        if (first == std::string::npos) return;
+        const size_t end = options.find_first_of("=,] \t\"'", first);
+        const std::string_view name = std::string_view(options).substr(first, end - first);
+        if (std::find(std::begin(kDropping), std::end(kDropping), name) == std::end(kDropping)) {
+            continue;
+        }
+        throw UsageError(path + ": save option '" + std::string(name) +
+                         "' may drop the target profile; leave it out");
     }
 }
 

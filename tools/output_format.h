@@ -20,10 +20,14 @@ struct OutputFormat {
 };
 
 /// The format that a file name asks for with its suffix.
-/// @throws InputError for a suffix that isn't known
+/// @throws UsageError for a suffix that isn't known
 const OutputFormat& outputFormat(const std::string& path);
 
-/// @throws InputError when the format can't hold pixels of a colour space; names those that can
+/// @throws UsageError when the format can't hold pixels of a colour space; names those that can
 void requireSpace(const std::string& path, const OutputFormat& format, uint32_t space);
+
+/// @param options  libvips' save options with their brackets
+/// @throws UsageError for an option by which the file would lose its profile or get another one
+void requireProfileKept(const std::string& path, const std::string& options);
 
 }  // namespace lumoxa_tool

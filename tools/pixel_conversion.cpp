@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "tools/interrupt.h"
+#include "tools/packed_converter.h"
 #include "tools/result_text.h"
 
 namespace lumoxa_tool {
@@ -71,20 +72,11 @@ void copyAlpha(const RegionSide& source, const RegionSide& target, size_t width,
     }
 }
 
-icPixelLayout_t layoutOf(const RegionSide& side, uint8_t* memory, size_t width, size_t height) {
-    icPixelLayout_t layout = {};
-    layout.dataType = side.sixteenBits ? icSamples16 : icSamples8;
-    layout.contiguous = 1;
-    layout.pixelCount = static_cast<int32_t>(width * height);
-    layout.lineCount = 1;
-    layout.pixelStep = static_cast<int32_t>(side.colourBytes());
-    layout.lineStep = static_cast<int32_t>(width * height * side.colourBytes());
-    layout.channelCount = side.colours;
-    layout.channelData[0] = memory;
-    return layout;
+PackedPixels packedPixels(const RegionSide& side, uint8_t* memory) {
+    return {memory, side.sixteenBits ? icSamples16 : icSamples8};
 }
 
-int convertRegion(const PixelPlan& plan, const RegionSide& source, const RegionSide& target,
+int convertRegion(PackedConverter& converter, const RegionSide& source, const RegionSide& target,
                   size_t width, size_t height) {
     uint8_t* const from = source.kernelMemory(width, height);
     uint8_t* const to = target.kernelMemory(width, height);
@@ -93,9 +85,8 @@ int convertRegion(const PixelPlan& plan, const RegionSide& source, const RegionS
             std::memcpy(packed, pixel, source.colourBytes());
         });
     }
-    const icPixelLayout_t in = layoutOf(source, from, width, height);
-    const icPixelLayout_t out = layoutOf(target, to, width, height);
-    const int code = icEvaluate(plan.xform, &in, &out, nullptr, nullptr);
+    const int code =
+        converter.convert(packedPixels(source, from), packedPixels(target, to), width * height);
     if (code != icSuccess) return code;
     if (!target.packed(width)) {
         forScratchPixels(target, width, height, [&](uint8_t* pixel, const uint8_t* packed) {
@@ -108,13 +99,16 @@ int convertRegion(const PixelPlan& plan, const RegionSide& source, const RegionS
 
 // What one of libvips' threads keeps from region to region.
 struct Sequence {
+    explicit Sequence(const PixelPlan& plan) : converter(*plan.conversion) {}
+
+    PackedConverter converter;
     VipsRegion* region = nullptr;
     std::vector<uint8_t> sourceScratch;
     std::vector<uint8_t> targetScratch;
 };
 
-void* startSequence(VipsImage*, void* source, void*) {
-    auto* sequence = new (std::nothrow) Sequence;
+void* startSequence(VipsImage*, void* source, void* plan) {
+    auto* sequence = new (std::nothrow) Sequence(*static_cast<const PixelPlan*>(plan));
     if (sequence == nullptr) return nullptr;
     sequence->region = vips_region_new(static_cast<VipsImage*>(source));
     return sequence;
@@ -148,8 +142,9 @@ int generate(VipsRegion* out, void* memory, void*, void* planMemory, gboolean*) 
     target.alpha = plan.targetAlpha;
     target.sixteenBits = plan.targetSixteenBits;
     try {
-        const int code = convertRegion(plan, source, target, static_cast<size_t>(out->valid.width),
-                                       static_cast<size_t>(out->valid.height));
+        const int code =
+            convertRegion(sequence.converter, source, target, static_cast<size_t>(out->valid.width),
+                          static_cast<size_t>(out->valid.height));
         if (code == icSuccess) return 0;
         vips_error("lumoxa", "converting pixels %s", faultText(code).c_str());
     } catch (const std::bad_alloc&) {

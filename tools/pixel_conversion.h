@@ -3,14 +3,15 @@
 // A colour transform as a libvips operation.
 #pragma once
 
-#include "lumoxa/lumoxa.h"
+#include "tools/transform_chain.h"
 #include "tools/vips_handle.h"
 
 namespace lumoxa_tool {
 
-/// How pixels become pixels. Must outlive the image that convertPixels returns.
+/// How pixels become pixels. With its conversion, it must outlive the image that convertPixels
+/// returns.
 struct PixelPlan {
-    icXform_t xform = nullptr;
+    const Conversion* conversion = nullptr;
     int sourceColours = 0;
     int targetColours = 0;
     bool sourceAlpha = false;

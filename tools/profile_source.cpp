@@ -7,6 +7,7 @@
 
 #include "tools/fault_finder.h"
 #include "tools/profile_text.h"
+#include "tools/sampled_curves.h"
 #include "tools/signatures.h"
 #include "tools/srgb_profile.h"
 #include "tools/tool_error.h"
@@ -48,13 +49,10 @@ Profile Profile::open(const std::string& word) {
     return Profile(word, readFile(word));
 }
 
-Profile::Profile(std::string name, std::vector<uint8_t> bytes)
-    : name_(std::move(name)), bytes_(std::move(bytes)) {
-    icProfile_t profile = nullptr;
-    const int code = icProfileLoadFromBuffer(nullptr, bytes_.data(), bytes_.size(), &profile);
-    handle_.reset(profile);
-    if (code != icSuccess) throw InputError(name_ + ": " + loadFault(bytes_, code));
-    icProfileGetHeader(profile, &header_);
+Profile::Profile(std::string name, std::vector<uint8_t> bytes, std::string remedy)
+    : name_(std::move(name)), bytes_(std::move(bytes)), remedy_(std::move(remedy)) {
+    loadForTransforms(bytes_);
+    icProfileGetHeader(handle(), &header_);
 
     // The loader has checked the table and every tag against the bytes, so the readers that take
     // an image without a length are safe from here on.
@@ -62,6 +60,17 @@ Profile::Profile(std::string name, std::vector<uint8_t> bytes)
     if (icReadTagTable(bytes_.data(), &list) != icSuccess) throw std::bad_alloc();
     const std::unique_ptr<icTagList_safe64bit, BlockFree> owner(list);
     tags_.assign(list->tags, list->tags + list->count);
+    const std::vector<uint8_t> sampled = withSampledCurves(bytes_, tags_);
+    if (!sampled.empty()) loadForTransforms(sampled);
+}
+
+void Profile::loadForTransforms(const std::vector<uint8_t>& bytes) {
+    icProfile_t profile = nullptr;
+    const int code = icProfileLoadFromBuffer(nullptr, bytes.data(), bytes.size(), &profile);
+    handle_.reset(profile);
+    if (code == icSuccess) return;
+    const Fault fault = loadFault(bytes, code);
+    throw InputError(name_ + ": " + fault.text, remedy(fault.remedy));
 }
 
 bool Profile::hasTag(uint32_t signature) const {

@@ -25,15 +25,23 @@ class Profile {
     /// @param word  path of a profile, or "sRGB" for the built-in one
     static Profile open(const std::string& word);
 
-    /// @param name   how messages call the profile
-    /// @param bytes  the whole profile; trailing bytes are allowed
-    Profile(std::string name, std::vector<uint8_t> bytes);
+    /// @param name    how messages call the profile
+    /// @param bytes   the whole profile; trailing bytes are allowed
+    /// @param remedy  what to do when it can't serve, if that is not what helps with a file
+    Profile(std::string name, std::vector<uint8_t> bytes, std::string remedy = {});
 
+    /// For transforms: its parametric tone curves are sampled, unlike those of bytes() and tags.
     icProfile_t handle() const { return handle_.get(); }
     const std::string& name() const { return name_; }
     const std::vector<uint8_t>& bytes() const { return bytes_; }
     const icHeader& header() const { return header_; }
     uint32_t space() const { return header_.colorSpace; }
+
+    /// Whether what helps with a file helps with this profile.
+    bool isFile() const { return remedy_.empty(); }
+
+    /// This profile's own remedy, else the one that helps with a file.
+    std::string remedy(const std::string& forFile) const { return isFile() ? forFile : remedy_; }
 
     /// The profile's own name, or name() when it has none.
     std::string description() const;
@@ -48,8 +56,11 @@ class Profile {
         void operator()(const icProfileInternal* profile) const { icProfileFree(profile); }
     };
 
+    void loadForTransforms(const std::vector<uint8_t>& bytes);
+
     std::string name_;
     std::vector<uint8_t> bytes_;
+    std::string remedy_;
     std::unique_ptr<const icProfileInternal, ProfileFree> handle_;
     icHeader header_ = {};
     std::vector<icTag_safe64bit> tags_;

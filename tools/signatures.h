@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "lumoxa/types.h"
 
@@ -33,6 +34,14 @@ inline uint32_t bigEndian16(const uint8_t* at) {
 }
 inline uint32_t bigEndian32(const uint8_t* at) {
     return bigEndian16(at) << 16 | bigEndian16(at + 2);
+}
+inline void put16(std::vector<uint8_t>& bytes, uint32_t value) {
+    bytes.push_back(static_cast<uint8_t>(value >> 8));
+    bytes.push_back(static_cast<uint8_t>(value));
+}
+inline void put32(std::vector<uint8_t>& bytes, uint32_t value) {
+    put16(bytes, value >> 16);
+    put16(bytes, value & 0xFFFF);
 }
 
 /// The four characters, with '?' for what can't be printed: "A2B0".

@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "tools/sampled_curves.h"
 #include "tools/signatures.h"
 
 namespace lumoxa_tool {
@@ -22,14 +23,10 @@ using Bytes = std::vector<uint8_t>;
 // D50 of the connection space in s15Fixed16, as headers carry it.
 constexpr std::array<int32_t, 3> kD50 = {63190, 65536, 54061};
 
-// The inverse of the curve is read from a table with as many entries over linear light. With 4096,
-// the straight part of sRGB (up to 0.0031308) spans 12 of them and shadows stay exact.
-constexpr uint32_t kCurveEntries = 4096;
-
 constexpr Matrix kBradford = {
     {{0.8951, 0.2664, -0.1614}, {-0.7502, 1.7135, 0.0367}, {0.0389, -0.0685, 1.0296}}};
 
-Vector apply(const Matrix& m, const Vector& v) {
+Vector multiply(const Matrix& m, const Vector& v) {
     Vector result;
     for (size_t r = 0; r < 3; ++r)
         result[r] = m[r][0] * v[0] + m[r][1] * v[1] + m[r][2] * v[2];
@@ -60,12 +57,12 @@ Vector adaptToD50(const Vector& xyz, const Vector& white) {
     Vector d50;
     for (size_t i = 0; i < 3; ++i)
         d50[i] = kD50[i] / 65536.0;
-    Vector cone = apply(kBradford, xyz);
-    const Vector from = apply(kBradford, white);
-    const Vector to = apply(kBradford, d50);
+    Vector cone = multiply(kBradford, xyz);
+    const Vector from = multiply(kBradford, white);
+    const Vector to = multiply(kBradford, d50);
     for (size_t i = 0; i < 3; ++i)
         cone[i] *= to[i] / from[i];
-    return apply(inverse(kBradford), cone);
+    return multiply(inverse(kBradford), cone);
 }
 
 // Red, green and blue colorants in s15Fixed16. Green takes what rounding left over, so that the
@@ -79,7 +76,7 @@ std::array<std::array<int32_t, 3>, 3> colorants() {
         for (size_t c = 0; c < 3; ++c)
             columns[r][c] = primaries[c][r];
     }
-    const Vector luminance = apply(inverse(columns), white);
+    const Vector luminance = multiply(inverse(columns), white);
     std::array<std::array<int32_t, 3>, 3> result;
     for (size_t c = 0; c < 3; ++c) {
         Vector xyz = primaries[c];
@@ -97,16 +94,6 @@ std::array<std::array<int32_t, 3>, 3> colorants() {
 
 double linearLight(double encoded) {
     return encoded <= 0.04045 ? encoded / 12.92 : std::pow((encoded + 0.055) / 1.055, 2.4);
-}
-
-void put16(Bytes& bytes, uint32_t value) {
-    bytes.push_back(static_cast<uint8_t>(value >> 8));
-    bytes.push_back(static_cast<uint8_t>(value));
-}
-
-void put32(Bytes& bytes, uint32_t value) {
-    put16(bytes, value >> 16);
-    put16(bytes, value & 0xFFFF);
 }
 
 Bytes typed(uint32_t type) {
@@ -140,16 +127,6 @@ Bytes xyzTag(const std::array<int32_t, 3>& xyz) {
     Bytes tag = typed(fourCc("XYZ "));
     for (const int32_t value : xyz)
         put32(tag, static_cast<uint32_t>(value));
-    return tag;
-}
-
-Bytes curveTag() {
-    Bytes tag = typed(fourCc("curv"));
-    put32(tag, kCurveEntries);
-    for (uint32_t i = 0; i < kCurveEntries; ++i) {
-        const double light = linearLight(i / (kCurveEntries - 1.0));
-        put16(tag, static_cast<uint32_t>(std::lround(light * 65535.0)));
-    }
     return tag;
 }
 
@@ -213,7 +190,7 @@ std::vector<uint8_t> makeSrgbProfile() {
         {{fourCc("rXYZ")}, xyzTag(rgb[0])},
         {{fourCc("gXYZ")}, xyzTag(rgb[1])},
         {{fourCc("bXYZ")}, xyzTag(rgb[2])},
-        {{fourCc("rTRC"), fourCc("gTRC"), fourCc("bTRC")}, curveTag()},
+        {{fourCc("rTRC"), fourCc("gTRC"), fourCc("bTRC")}, sampledCurveTag(linearLight)},
     });
 }
 

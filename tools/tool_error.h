@@ -14,7 +14,15 @@ enum ExitCode { kSuccess = 0, kInputAtFault = 1, kUsage = 2 };
 /// An input file can't serve. The text names the file, what is wrong with it and what to do.
 class InputError : public std::runtime_error {
   public:
-    using std::runtime_error::runtime_error;
+    explicit InputError(const std::string& text) : std::runtime_error(text), fault_(text) {}
+    InputError(const std::string& fault, const std::string& remedy)
+        : std::runtime_error(fault + "; " + remedy), fault_(fault) {}
+
+    /// The text without the remedy, for when another way out is found.
+    const std::string& fault() const { return fault_; }
+
+  private:
+    std::string fault_;
 };
 
 /// The command line, or a value given on it, makes no sense.

@@ -45,6 +45,19 @@ Grid gridOfConversion(const Conversion& conversion) {
     return {points | 1, interpolation};
 }
 
+// Combined, curves and matrix on both sides get a grid of 3 points, and a colour that the target
+// cuts off at 0 would move all colours of cells half the range wide. Two transforms one after the
+// other cut off that colour alone. White scaling and flare are the combination's business.
+bool betterInSteps(const Conversion& conversion, const ConversionRequest& request) {
+    const icXformDesc_t& from = conversion.from.desc;
+    const icXformDesc_t& to = conversion.to.desc;
+    const bool matrices = from.kind == fourCc("TrcM") && to.kind == fourCc("MatT");
+    const bool colours = from.inChannels == 3 && to.outChannels == 3;
+    const bool sameXyz = from.outSpace == fourCc("XYZ ") && to.inSpace == from.outSpace;
+    return matrices && colours && sameXyz && request.intent != icAbsoluteColorimetric &&
+           !request.displayFlare;
+}
+
 int stopWhenInterrupted(icIterState state, int, void*) {
     return state == icIterProgress && interrupted() ? 1 : 0;
 }
@@ -58,8 +71,9 @@ void refuseUnfitClass(const Profile& profile) {
                                           Unfit{fourCc("nmcl"), "a named colour profile"}};
     for (const Unfit& unfit : kUnfit) {
         if (profile.header().deviceClass != unfit.deviceClass) continue;
-        throw InputError(profile.name() + ": is " + unfit.name +
-                         ", which describes no single device; give the profile of a device");
+        throw InputError(
+            profile.name() + ": is " + unfit.name + ", which describes no single device",
+            profile.remedy("give the profile of a device"));
     }
 }
 
@@ -67,10 +81,11 @@ void addNotice(Conversion& conversion, const Profile& profile, const ChainLink& 
     if (link.tag == 0) return;
     const std::string stages = stagesLeftOut(profile.tag(link.tag).value());
     if (stages.empty()) return;
-    conversion.notices.push_back("warning: " + profile.name() + ": the " + stages + " of tag " +
-                                 quotedSignature(link.tag) +
-                                 " can't be applied, colours may be wrong; use a version 2 profile "
-                                 "of the device if there is one");
+    std::string notice = "warning: " + profile.name() + ": the " + stages + " of tag " +
+                         quotedSignature(link.tag) + " can't be applied, colours may be wrong";
+    // An image's own profile goes before --from, so there is no other to use.
+    if (profile.isFile()) notice += "; use a version 2 profile of the device if there is one";
+    conversion.notices.push_back(notice);
 }
 
 }  // namespace
@@ -84,6 +99,7 @@ std::string ChainLink::describe() const {
 }
 
 std::string Conversion::describe() const {
+    if (!combined) return "one after the other, " + spaceText(from.desc.outSpace) + " between";
     const Grid grid = gridOfConversion(*this);
     return kindText(desc.kind) + ", " + spaceText(desc.inSpace) + " to " +
            spaceText(desc.outSpace) + ", grid " + std::to_string(grid.points) + ", " +
@@ -97,7 +113,8 @@ ChainLink makeLink(const Profile& profile, uint32_t intent, icTransType directio
         icXformGet(profile.handle(), static_cast<icRenderingIntent>(intent), direction, &xform);
     link.xform.reset(xform);
     if (code != icSuccess) {
-        throw InputError(profile.name() + ": " + transformFault(profile, intent, direction, code));
+        const Fault fault = transformFault(profile, intent, direction, code);
+        throw InputError(profile.name() + ": " + fault.text, profile.remedy(fault.remedy));
     }
     icXformGetDesc(xform, &link.desc);
     link.tag = lutTagFor(profile, intent, direction);
@@ -105,15 +122,24 @@ ChainLink makeLink(const Profile& profile, uint32_t intent, icTransType directio
     return link;
 }
 
+ChainLink makeDeviceLink(const Profile& profile, uint32_t intent, icTransType direction) {
+    refuseUnfitClass(profile);
+    return makeLink(profile, intent, direction);
+}
+
 Conversion makeConversion(const Profile& from, const Profile& to,
                           const ConversionRequest& request) {
-    refuseUnfitClass(from);
-    refuseUnfitClass(to);
     Conversion conversion;
-    conversion.from = makeLink(from, request.intent, icDeviceToPcs);
-    conversion.to = makeLink(to, request.intent, icPcsToDevice);
+    conversion.from = makeDeviceLink(from, request.intent, icDeviceToPcs);
+    conversion.to = makeDeviceLink(to, request.intent, icPcsToDevice);
     addNotice(conversion, from, conversion.from);
     addNotice(conversion, to, conversion.to);
+    if (betterInSteps(conversion, request)) {
+        conversion.desc = conversion.from.desc;
+        conversion.desc.outSpace = conversion.to.desc.outSpace;
+        conversion.desc.outChannels = conversion.to.desc.outChannels;
+        return conversion;
+    }
 
     const std::array<icXform_t, 2> chain = {conversion.from.xform.get(), conversion.to.xform.get()};
     icXform_t combined = nullptr;
@@ -125,11 +151,12 @@ Conversion makeConversion(const Profile& from, const Profile& to,
     throwIfInterrupted();
     if (code == icErrXformKind) {
         throw InputError(from.name() + ": converts to " + spaceText(conversion.from.desc.outSpace) +
-                         ", from which " + to.name() + " can't go on; choose other profiles");
+                             ", from which " + to.name() + " can't go on",
+                         "choose other profiles");
     }
     if (code != icSuccess) {
-        throw InputError(from.name() + ": combining it with " + to.name() + " " + faultText(code) +
-                         "; choose other profiles");
+        throw InputError(from.name() + ": combining it with " + to.name() + " " + faultText(code),
+                         "choose other profiles");
     }
     icXformGetDesc(combined, &conversion.desc);
     return conversion;

@@ -29,7 +29,7 @@ struct ChainLink {
 struct Conversion {
     ChainLink from;
     ChainLink to;
-    XformHandle combined;
+    XformHandle combined;  ///< null where `from` and `to` are applied one after the other
     icXformDesc_t desc = {};
     /// Sentences for the user: stages of the profiles that the conversion leaves out.
     std::vector<std::string> notices;
@@ -44,8 +44,12 @@ struct ConversionRequest {
 /// @throws InputError when a profile can't serve, Interrupted on the user's wish
 Conversion makeConversion(const Profile& from, const Profile& to, const ConversionRequest& request);
 
-/// One profile's transform; the parts of makeConversion.
+/// One profile's transform.
 /// @throws InputError
 ChainLink makeLink(const Profile& profile, uint32_t intent, icTransType direction);
+
+/// The same of a profile that has to describe a device; the parts of makeConversion.
+/// @throws InputError
+ChainLink makeDeviceLink(const Profile& profile, uint32_t intent, icTransType direction);
 
 }  // namespace lumoxa_tool

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <iostream>
 
+#include "tools/packed_converter.h"
 #include "tools/result_text.h"
 #include "tools/signatures.h"
 #include "tools/tool_error.h"
@@ -16,8 +17,11 @@ constexpr size_t kBatch = 4096;
 
 class ValueConverter {
   public:
-    ValueConverter(const ValuesArguments& arguments, Conversion conversion)
-        : conversion_(std::move(conversion)), top_(arguments.sixteenBits ? 65535 : 255) {}
+    /// @param conversion  must outlive the converter
+    ValueConverter(const ValuesArguments& arguments, const Conversion& conversion)
+        : conversion_(conversion),
+          converter_(conversion),
+          top_(arguments.sixteenBits ? 65535 : 255) {}
 
     // @param where  names the value in a message
     void add(std::string_view text, const std::string& where) {
@@ -66,21 +70,8 @@ class ValueConverter {
     std::vector<Sample> convert(int32_t dataType) {
         std::vector<Sample> source(samples_.begin(), samples_.end());
         std::vector<Sample> destination(count_ * conversion_.desc.outChannels);
-        const auto layout = [&](std::vector<Sample>& samples, uint32_t channels) {
-            icPixelLayout_t result = {};
-            result.dataType = dataType;
-            result.contiguous = 1;
-            result.pixelCount = static_cast<int32_t>(count_);
-            result.lineCount = 1;
-            result.pixelStep = static_cast<int32_t>(channels * sizeof(Sample));
-            result.lineStep = result.pixelStep * result.pixelCount;
-            result.channelCount = static_cast<int32_t>(channels);
-            result.channelData[0] = samples.data();
-            return result;
-        };
-        const icPixelLayout_t from = layout(source, conversion_.desc.inChannels);
-        const icPixelLayout_t to = layout(destination, conversion_.desc.outChannels);
-        const int code = icEvaluate(conversion_.combined.get(), &from, &to, nullptr, nullptr);
+        const int code =
+            converter_.convert({source.data(), dataType}, {destination.data(), dataType}, count_);
         if (code != icSuccess) throw InputError("converting values " + faultText(code));
         return destination;
     }
@@ -95,7 +86,8 @@ class ValueConverter {
         std::cout.flush();
     }
 
-    Conversion conversion_;
+    const Conversion& conversion_;
+    PackedConverter converter_;
     unsigned top_;
     std::vector<uint16_t> samples_;
     size_t count_ = 0;
@@ -119,10 +111,10 @@ void runValues(const ValuesArguments& arguments) {
     std::ios::sync_with_stdio(false);
     const Profile from = Profile::open(arguments.from);
     const Profile to = Profile::open(arguments.to);
-    Conversion conversion = makeConversion(from, to, arguments.request);
+    const Conversion conversion = makeConversion(from, to, arguments.request);
     for (const std::string& notice : conversion.notices)
         printMessage(notice);
-    ValueConverter converter(arguments, std::move(conversion));
+    ValueConverter converter(arguments, conversion);
     if (arguments.values.empty()) convertLines(converter);
     for (const std::string& value : arguments.values)
         converter.add(value, "value");

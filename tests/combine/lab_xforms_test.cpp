@@ -11,27 +11,22 @@ namespace lumoxa_test {
 namespace {
 
 TEST(Lut16, IsLaidOutWrongly) {
-    const auto words = [](int in, int inEntries, int grid, int out, int outEntries,
-                          unsigned* size) {
-        icLut16Type* lut = nullptr;
-        EXPECT_EQ(icAllocLut16(&lut, in, inEntries, grid, out, outEntries, size), 0);
-        const auto* first = reinterpret_cast<const uint16_t*>(lut);
-        const Samples copy(first, first + *size / 2);
-        icFree(lut);
-        return copy;
-    };
+    icLut16Type* lut = nullptr;
     unsigned size = 0;
     Samples expected = {0x7432, 0x6D66, 0, 0, 4 | 2 << 8, 3, 0, 1, 0, 0, 0, 0, 0,
                         0,      0,      1, 0, 0,          0, 0, 0, 0, 0, 1, 5, 7};
     for (int c = 0; c < 4; ++c)
         expected.insert(expected.end(), {0, 16384, 32768, 49151, 65535});
     expected.resize(27 + 7 * 2 + 5 * 4 + 81 * 2);
-    EXPECT_EQ(words(4, 5, 3, 2, 7, &size), expected);
-    EXPECT_EQ(size, expected.size() * 2);
-    const Samples two = words(3, 0, 2, 3, 0, &size), ramps = {0, 65535, 0, 65535, 0, 65535};
-    EXPECT_EQ(Samples(two.begin() + 24, two.begin() + 26), (Samples{2, 2}));
-    EXPECT_EQ(Samples(two.begin() + 26, two.begin() + 32), ramps);
-    EXPECT_EQ(Samples(two.end() - 7, two.end() - 1), ramps);
+    ASSERT_EQ(icAllocLut16(&lut, 4, 5, 3, 2, 7, &size), 0);
+    const auto* words = reinterpret_cast<const uint16_t*>(lut);
+    EXPECT_EQ(Samples(words, words + size / 2), expected);
+    icFree(lut);
+    ASSERT_EQ(icAllocLut16(&lut, 3, 0, 2, 3, 0, &size), 0);  // ramps of two entries
+    words = reinterpret_cast<const uint16_t*>(lut);
+    EXPECT_EQ(Samples(words + 24, words + 29), (Samples{2, 2, 0, 65535, 0}));
+    EXPECT_EQ(Samples(words + size / 2 - 4, words + size / 2 - 1), (Samples{65535, 0, 65535}));
+    icFree(lut);
     EXPECT_EQ(icAllocLut16(nullptr, 3, 0, 2, 3, 0, nullptr), 0);
     EXPECT_NE(icAllocLut16(nullptr, 16, 2, 255, 255, 2, nullptr), 0);  // no memory is that large
 }
@@ -54,9 +49,9 @@ TEST(LabIdentity, ScalesToOtherBits) {
 }
 
 TEST(LabBuilders, MissWhiteOrTakeChainsThatCannotWork) {
-    const std::vector<Bytes> curves(3, curveTag({563}));
-    const OwnedXform toXyz = requested(rgbProfile(curves, "scnr"), 1, icDeviceToPcs);
-    const OwnedXform fromXyz = requested(rgbProfile(curves, "scnr"), 1, icPcsToDevice);
+    const ProfileBytes profile = rgbProfile({curveTag({563})}, "scnr");
+    const OwnedXform toXyz = requested(profile, 1, icDeviceToPcs);
+    const OwnedXform fromXyz = requested(profile, 1, icPcsToDevice);
     const icXform_t forward[] = {toXyz.get(), fromXyz.get()},
                     back[] = {fromXyz.get(), fromXyz.get()}, null[] = {nullptr};
     icXform_t fromLab = nullptr, toLab = nullptr;
@@ -73,26 +68,25 @@ TEST(LabBuilders, MissWhiteOrTakeChainsThatCannotWork) {
     EXPECT_LE(largestDifference(converted(toLab, device), {65280, 32768, 32768, 0, 32768, 32768}),
               20);
 
-    int link = -1;
-    const auto expect = [&](int code, const auto& build) {
+    const struct {
+        bool toLab;
+        int count;
+        const icXform_t* chain;
+        int code, link, options = 0;
+    } cases[] = {{false, 1, forward, icErrXformKind, -1}, {false, 2, back, icErrXformKind, 2},
+                 {false, 0, back, icErrInvalid, -1},      {false, 1, null, icErrInvalid, -1},
+                 {false, 1, nullptr, icErrInvalid, -1},   {true, 1, back, icErrXformKind, -1},
+                 {true, 0, forward, icErrInvalid, -1},    {true, 2, forward, icErrInvalid, -1},
+                 {true, 1, forward, icErrInvalid, -1, 4}};
+    for (const auto& c : cases) {
         icXform_t out = toXyz.get();
-        EXPECT_EQ(build(&out), code);
+        int link = -1;
+        EXPECT_EQ(c.toLab ? icBuild2LabXform(c.count, c.chain, &out, c.options, &link)
+                          : icBuildLabXform(c.count, c.chain, &out, &link),
+                  c.code);
         EXPECT_EQ(out, nullptr);
-    };
-    expect(icErrXformKind,
-           [&](icXform_t* out) { return icBuildLabXform(1, forward, out, nullptr); });
-    expect(icErrXformKind, [&](icXform_t* out) { return icBuildLabXform(2, back, out, &link); });
-    EXPECT_EQ(link, 2);
-    expect(icErrInvalid, [&](icXform_t* out) { return icBuildLabXform(0, back, out, nullptr); });
-    expect(icErrInvalid, [&](icXform_t* out) { return icBuildLabXform(1, null, out, nullptr); });
-    expect(icErrInvalid, [&](icXform_t* out) { return icBuildLabXform(1, nullptr, out, nullptr); });
-    expect(icErrXformKind, [&](icXform_t* out) { return icBuild2LabXform(1, back, out, nullptr); });
-    expect(icErrInvalid,
-           [&](icXform_t* out) { return icBuild2LabXform(0, forward, out, nullptr); });
-    expect(icErrInvalid,
-           [&](icXform_t* out) { return icBuild2LabXform(2, forward, out, nullptr); });
-    expect(icErrInvalid,
-           [&](icXform_t* out) { return icBuild2LabXform(1, forward, out, 4, nullptr); });
+        EXPECT_EQ(link, c.link);
+    }
 }
 
 }  // namespace

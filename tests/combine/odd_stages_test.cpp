@@ -9,42 +9,30 @@
 namespace lumoxa_test {
 namespace {
 
-int combineAlone(const OwnedXform& x, OwnedXform& out) {
-    const icXform_t chain[] = {x.get()};
-    icXform_t result = nullptr;
-    const int code =
-        icCombineXforms(1, chain, &result, icCombineColorimetric, nullptr, nullptr, nullptr, 0);
-    out.reset(result);
-    return code;
-}
-
 // A profile may name a connection space and hold a tag of another number of channels.
 TEST(OddStages, ReadBesidesAGridThatIsNotLab) {
     const ProfileBytes printer = ProfileBytes("prtr", "CMYK", "Lab ")
                                      .addTag("B2A0", gridTag(1, 4, 33, {}))
                                      .addTag("A2B0", gridTag(4, 1, 3, {}));
     for (const icTransType direction : {icPcsToDevice, icDeviceToPcs}) {
-        OwnedXform out;
-        EXPECT_EQ(combineAlone(requested(printer, 3, direction), out), icErrXformKind);
-        EXPECT_EQ(out, nullptr);
+        const OwnedXform x = requested(printer, 3, direction);
+        combined({x.get()}, icCombineColorimetric, icErrXformKind);
     }
 }
 
 TEST(OddStages, LoseCurvesTooLongForALut) {
-    const std::vector<Bytes> curves(3, curveTag(Samples(70000, 1)));
-    OwnedXform out;
-    EXPECT_EQ(combineAlone(requested(rgbProfile(curves, "scnr"), 1, icDeviceToPcs), out),
-              icErrXformKind);
+    const ProfileBytes profile = rgbProfile({curveTag(Samples(70000, 1))}, "scnr");
+    const OwnedXform x = requested(profile, 1, icDeviceToPcs);
+    combined({x.get()}, icCombineColorimetric, icErrXformKind);
 }
 
 // The result of an absolute transform is absolute: its white is the connection space's, so a Lab
 // stage behind it must not make it relative to the paper again.
 TEST(OddStages, UndoAbsoluteColorimetryInALaterChain) {
-    ProfileBytes profile = rgbProfile(std::vector<Bytes>(3, curveTag({256})), "scnr");
+    ProfileBytes profile = rgbProfile({curveTag({256})}, "scnr");
     profile.addTag("wtpt", xyzTag(0.8, 0.85, 0.6));
     const OwnedXform absolute = requested(profile, 3, icDeviceToPcs);
-    OwnedXform alone;
-    ASSERT_EQ(combineAlone(absolute, alone), 0);
+    const OwnedXform alone = combined({absolute.get()}, icCombineColorimetric);
     Samples labs[2];
     const icXform_t sources[] = {absolute.get(), alone.get()};
     for (int i = 0; i < 2; ++i) {
@@ -57,12 +45,8 @@ TEST(OddStages, UndoAbsoluteColorimetryInALaterChain) {
 }
 
 TEST(OddStages, LeakAStateThatIsBuiltTwice) {
-    const OwnedProfile profile =
-        loaded(rgbProfile(std::vector<Bytes>(3, curveTag({256})), "scnr").image());
-    OwnedXform x;
-    ASSERT_EQ(request(rgbProfile(std::vector<Bytes>(3, curveTag({512})), "scnr").image(), 1,
-                      icDeviceToPcs, x),
-              0);
+    const OwnedProfile profile = loaded(smallRgbProfile());
+    const OwnedXform x = requested(rgbProfile({curveTag({512})}, "scnr"), 1, icDeviceToPcs);
     EXPECT_EQ(icBuildMatrixTrcXform(const_cast<icProfileInternal*>(profile.get()),
                                     const_cast<icXformInternal*>(x.get()), icRelativeColorimetric),
               0);

@@ -15,21 +15,8 @@ constexpr int kPixels = 23, kLines = 5;
 constexpr uint16_t kUntouched = 0xA5A5;
 
 OwnedXform matrixXform(uint32_t transType) {
-    return requested(rgbProfile(std::vector<Bytes>(3, curveTag({563})), "mntr"), 0, transType);
+    return requested(rgbProfile({curveTag({563})}, "mntr"), 0, transType);
 }
-
-// Records its calls, and answers 1 to the progress call number `stopAfter`.
-struct Listener {
-    int atStart = 0, atEnd = 0, stopAfter = -1;
-    std::vector<std::pair<int, int>> calls = {};
-    static int hear(icIterState state, int percent, void* user) {
-        auto& self = *static_cast<Listener*>(user);
-        self.calls.emplace_back(state, percent);
-        if (state != icIterProgress) return state == icIterStart ? self.atStart : self.atEnd;
-        return static_cast<int>(self.calls.size()) - 2 == self.stopAfter;
-    }
-};
-using Calls = decltype(Listener::calls);
 
 icPixelLayout_t strided(icPixelLayout_t layout, int32_t channels) {
     layout.contiguous = 0;
@@ -144,7 +131,6 @@ TEST(DriverProgress, ReportsOtherCallsThanPromised) {
             Listener listener{0, 3};
             EXPECT_EQ(image.evaluate(listener), 3);
             EXPECT_EQ(listener.calls, (Calls{{1, 0}, {3, 100}}));
-            EXPECT_EQ(icEvaluate(image.xform.get(), &image.from, &image.to, nullptr, nullptr), 0);
             EXPECT_EQ(image.out[0], kUntouched);
         }
     }
@@ -167,11 +153,11 @@ TEST(DriverArguments, AreUsedBeforeTheyAreChecked) {
         EXPECT_EQ(code(image.xform, &image.from, &destination), icErrInvalid) << channels;
     }
     const unsigned short white[3] = {31595, 32768, 27030};
-    EXPECT_EQ(code(OwnedXform(icGetXyzToLabXform(white, white)), &image.from, &image.to),
-              icErrXformKind);
-    EXPECT_EQ(code(OwnedXform(icGetLabToXyzXform(white, white, false)), &image.from, &image.to),
-              icErrXformKind);
-    EXPECT_EQ(code(matrixXform(icGamutTest), &image.from, &image.to), icErrXformKind);
+    const OwnedXform unfit[] = {OwnedXform(icGetXyzToLabXform(white, white)),
+                                OwnedXform(icGetLabToXyzXform(white, white, false)),
+                                matrixXform(icGamutTest)};
+    for (const OwnedXform& x : unfit)
+        EXPECT_EQ(code(x, &image.from, &image.to), icErrXformKind);
     icPixelLayout_t bytes = image.to;
     bytes.dataType = icSamples8;
     EXPECT_EQ(code(image.xform, &image.from, &bytes), icErrXformKind);

@@ -115,8 +115,7 @@ TEST(MatrixTrcKernels, ChangeGray) {
 // The depths that only the driver reaches: 8-bit results are 16-bit ones divided by 256, cut to 255
 // going to the connection space, wrapped going to the device.
 TEST(MatrixTrcKernels, ScaleBytesWrongly) {
-    const ProfileBytes profile =
-        rgbProfile(std::vector<Bytes>(3, curveTag({0, 65535})), "scnr", true);
+    const ProfileBytes profile = rgbProfile({curveTag({0, 65535})}, "scnr", true);
     const OwnedXform forward = requested(profile, 0, icDeviceToPcs),
                      back = requested(profile, 0, icPcsToDevice);
     const Samples in = {0, 1, 254, 255, 64, 255}, words = {0, 257, 65278, 65535, 16448, 65535};

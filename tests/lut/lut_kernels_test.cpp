@@ -86,49 +86,6 @@ TEST_P(LutKernels, StrayFromTheReference) {
 
 INSTANTIATE_TEST_SUITE_P(Shapes, LutKernels, testing::ValuesIn(allShapes()), nameOf);
 
-class LutDimensions : public testing::TestWithParam<uint32_t> {};
-
-// Every kind of interpolation is exact on grid points, whatever the grid holds, and everywhere for
-// an affine grid.
-TEST_P(LutDimensions, MissGridPointsOrBendAffineTables) {
-    const uint32_t n = GetParam(), g = 6;  // grid points fall on whole samples
-    LutContent random, affine;
-    for (LutContent* c : {&random, &affine}) {
-        c->inputs = n, c->outputs = 3, c->grid = g, c->inEntries = c->outEntries = 2;
-    }
-    const int slopes[5] = {2000, -900, 2600, -1500, 700};
-    const auto value = [&](const uint16_t* pixel, uint32_t channel) {
-        double v = 20000 + 5000 * channel;
-        for (uint32_t i = 0; i < n; ++i)
-            v += slopes[(i + channel) % 5] * (pixel[i] / 13107.0);
-        return static_cast<uint16_t>(v + 0.5);
-    };
-    Samples nodes(power(g, n) * n);
-    for (size_t p = 0; p < nodes.size(); p += n) {
-        size_t rest = p / n;
-        for (size_t i = n; i-- > 0; rest /= g)
-            nodes[p + i] = static_cast<uint16_t>(rest % g * 13107);
-        for (uint32_t o = 0; o < 3; ++o)
-            affine.clut.push_back(value(&nodes[p], o));
-    }
-    random.clut = SeededRandom(n).samples(power(g, n) * 3);
-    const OwnedXform any =
-        requested(lutProfile(lut16Tag(random), "5CLR", "RGB "), 0, icDeviceToPcs);
-    expectNear(any, nodes, random.clut, 1);
-
-    const OwnedXform flat =
-        requested(lutProfile(lut16Tag(affine), "5CLR", "RGB "), 0, icDeviceToPcs);
-    const Samples pixels = SeededRandom(n).samples(size_t{200} * n);
-    Samples expected;
-    for (size_t p = 0; p < pixels.size(); p += n) {
-        for (uint32_t o = 0; o < 3; ++o)
-            expected.push_back(value(&pixels[p], o));
-    }
-    expectNear(flat, pixels, expected, 1);
-}
-
-INSTANTIATE_TEST_SUITE_P(Inputs, LutDimensions, testing::Values(1, 2, 3, 4, 5));
-
 // Samples above 0xFF00 lie beyond the end of a lut8 table for Lab. Wherever its last segment leads,
 // the grid must not be read outside.
 TEST(LutKernels, ReadOutsideTheGridBeyondLabWhite) {

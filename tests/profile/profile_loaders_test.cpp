@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cstring>
 #include <filesystem>
-#include <iterator>
 #include <memory>
 #include <string>
 
@@ -9,58 +8,42 @@
 
 #include "lumoxa/profile.h"
 #include "profile/profile_object.h"
-#include "tests/support/profile_bytes.h"
 #include "tests/support/real_profiles.h"
 #include "tests/support/temp_file.h"
+#include "tests/support/xforms.h"
 
 namespace {
 
-using lumoxa::fourcc;
 using namespace lumoxa_test;
-using Profile = std::unique_ptr<const icProfileInternal, decltype(&icProfileFree)>;
-
 enum class Form { backed, whole, trusted, checked };
 
 struct Loaded {
     int code;
-    Profile profile;
+    OwnedProfile profile;
 };
 
 Loaded load(Form form, const Bytes& bytes) {
     icProfile_t handle = reinterpret_cast<icProfile_t>(&handle);  // every form has to set it
-    const auto fromFile = [&](auto loader) { return loader(TempFile(bytes).path()); };
-    int code = 0;
-    if (form == Form::backed) {
-        code = fromFile([&](const auto& path) { return icLoadProfile(path.c_str(), &handle); });
-    } else if (form == Form::whole) {
-        code = fromFile([&](const auto& path) {
-            return icProfileLoadProfile(nullptr, path.c_str(), nullptr, &handle);
-        });
-    } else if (form == Form::trusted) {
-        code = icProfileLoadFromBuffer(nullptr, bytes.data(), &handle);
-    } else {
-        // An exact copy, so that a sanitizer sees any read beyond it.
-        const std::unique_ptr<uint8_t[]> exact(new uint8_t[bytes.size()]);
-        std::copy(bytes.begin(), bytes.end(), exact.get());
-        code = icProfileLoadFromBuffer(nullptr, exact.get(), bytes.size(), &handle);
-    }
-    return {code, Profile(handle, icProfileFree)};
+    const TempFile file(bytes);
+    // An exact copy, so that a sanitizer sees any read beyond it.
+    const std::unique_ptr<uint8_t[]> exact(new uint8_t[bytes.size()]);
+    std::copy(bytes.begin(), bytes.end(), exact.get());
+    const int code = form == Form::backed ? icLoadProfile(file.path().c_str(), &handle)
+                     : form == Form::whole
+                         ? icProfileLoadProfile(nullptr, file.path().c_str(), nullptr, &handle)
+                     : form == Form::trusted
+                         ? icProfileLoadFromBuffer(nullptr, exact.get(), &handle)
+                         : icProfileLoadFromBuffer(nullptr, exact.get(), bytes.size(), &handle);
+    return {code, OwnedProfile(handle)};
 }
 
 class Loaders : public testing::TestWithParam<Form> {};
 class CheckingLoaders : public Loaders {};  // those that know how many bytes there are
 
-std::string formName(const testing::TestParamInfo<Form>& info) {
-    constexpr const char* names[] = {"Backed", "Whole", "Trusted", "Checked"};
-    return names[static_cast<int>(info.param)];
-}
-
 INSTANTIATE_TEST_SUITE_P(Forms, Loaders,
-                         testing::Values(Form::backed, Form::whole, Form::trusted, Form::checked),
-                         formName);
-
+                         testing::Values(Form::backed, Form::whole, Form::trusted, Form::checked));
 INSTANTIATE_TEST_SUITE_P(Forms, CheckingLoaders,
-                         testing::Values(Form::backed, Form::whole, Form::checked), formName);
+                         testing::Values(Form::backed, Form::whole, Form::checked));
 
 TEST_P(Loaders, KeepEveryTagAfterTheSourceIsGone) {
     const Bytes image = ProfileBytes()
@@ -87,17 +70,16 @@ TEST_P(Loaders, KeepEveryTagAfterTheSourceIsGone) {
 TEST_P(Loaders, RefuseWhatIsNoProfile) {
     Bytes image = smallRgbProfile();
     image[39] = 'q';
-    const Loaded wrongMagic = load(GetParam(), image);
-    EXPECT_EQ(wrongMagic.code, 503);
-    EXPECT_EQ(wrongMagic.profile, nullptr);
-    const Loaded empty = load(GetParam(), ProfileBytes().image());
-    EXPECT_EQ(empty.code, 515);
-    EXPECT_EQ(empty.profile, nullptr);
+    for (const auto& [bytes, expected] : {std::pair{image, 503}, {ProfileBytes().image(), 515}}) {
+        const Loaded made = load(GetParam(), bytes);
+        EXPECT_EQ(made.code, expected);
+        EXPECT_EQ(made.profile, nullptr);
+    }
 }
 
 TEST_P(CheckingLoaders, SurviveTruncationAtEveryLength) {
     const Bytes image = smallRgbProfile();
-    const size_t tableEnd = 132 + 7 * 12;
+    const size_t tableEnd = 132 + 6 * 12;
     const size_t needed = GetParam() == Form::backed ? tableEnd : image.size() - 2;  // 2 of padding
     for (size_t length = 0; length <= image.size(); ++length) {
         const Bytes cut(image.begin(), image.begin() + static_cast<std::ptrdiff_t>(length));
@@ -121,7 +103,7 @@ TEST_P(CheckingLoaders, RefuseDeclaredSizesThatAreNotThere) {
         put32(image, at, value);
         const Loaded made = load(GetParam(), image);
         lumoxa::TagCopy tag;
-        EXPECT_EQ(made.profile ? lumoxa::readTag(*made.profile, fourcc("wtpt"), tag) : made.code,
+        EXPECT_EQ(made.profile ? lumoxa::readTag(*made.profile, fourcc("rXYZ"), tag) : made.code,
                   512)
             << at;
     }
@@ -147,8 +129,7 @@ TEST(ProfileLoaders, ReadAllInstalledProfilesAlike) {
     for (const std::string& path : paths) {
         const Bytes bytes = fileBytes(path);
         const Loaded backed = load(Form::backed, bytes), checked = load(Form::checked, bytes);
-        ASSERT_EQ(backed.code, 0) << path;
-        ASSERT_EQ(checked.code, 0) << path;
+        ASSERT_TRUE(backed.code == 0 && checked.code == 0) << path;
         EXPECT_EQ(icCompareProfiles(path.c_str(), bytes.data()), 0) << path;
         for (int i = 0; i < checked.profile->tagList->count; ++i) {
             const icTagSignature signature = checked.profile->tagList->tags[i].signature;
@@ -160,27 +141,20 @@ TEST(ProfileLoaders, ReadAllInstalledProfilesAlike) {
     }
 }
 
-TEST_P(CheckingLoaders, LeaveNoFileOpen) {
-    const std::filesystem::path files = "/proc/self/fd";
-    if (!std::filesystem::exists(files)) GTEST_SKIP() << "open files can't be counted here";
-    const auto openFiles = [&] {
-        return std::distance(std::filesystem::directory_iterator(files), {});
-    };
-    const auto before = openFiles();
-    Bytes image = smallRgbProfile();
-    EXPECT_EQ(load(GetParam(), image).code, 0);
-    image.resize(200);
-    EXPECT_EQ(load(GetParam(), image).code, 512);
-    EXPECT_EQ(openFiles(), before);
-}
-
 TEST(ProfileLoaders, TellMissingFilesFromNullArguments) {
-    icProfile_t handle;
     const auto missing = (std::filesystem::temp_directory_path() / "lumoxa-none" / "x").string();
-    EXPECT_EQ(icLoadProfile(missing.c_str(), &handle), 511);
-    EXPECT_EQ(icProfileLoadProfile(nullptr, missing.c_str(), nullptr, &handle), 511);
-    EXPECT_EQ(icLoadProfile(nullptr, &handle), 503);
-    EXPECT_EQ(icProfileLoadFromBuffer(nullptr, nullptr, &handle), 520);
+    const auto expect = [](int code, const auto& loader) {
+        icProfile_t handle = reinterpret_cast<icProfile_t>(&loader);
+        EXPECT_EQ(loader(&handle), code);
+        EXPECT_EQ(handle, nullptr);
+    };
+    for (const char* path : {missing.c_str(), static_cast<const char*>(nullptr)}) {
+        const int code = path ? icErrOpen : icErrInvalid;
+        expect(code, [&](auto out) { return icLoadProfile(path, out); });
+        expect(code, [&](auto out) { return icProfileLoadProfile(nullptr, path, nullptr, out); });
+    }
+    expect(520, [](auto out) { return icProfileLoadFromBuffer(nullptr, nullptr, out); });
+    expect(520, [](auto out) { return icProfileLoadFromBuffer(nullptr, nullptr, 9, out); });
     EXPECT_EQ(icProfileLoadFromBuffer(nullptr, "", 1, nullptr), 503);
 }
 

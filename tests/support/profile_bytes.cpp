@@ -7,6 +7,25 @@
 namespace lumoxa_test {
 namespace {
 
+void append8(Bytes& out, uint32_t value) {
+    out.push_back(static_cast<uint8_t>(value));
+}
+
+void append16(Bytes& out, uint32_t value) {
+    append8(out, value >> 8);
+    append8(out, value);
+}
+
+void append32(Bytes& out, uint32_t value) {
+    append16(out, value >> 16);
+    append16(out, value);
+}
+
+void appendFixed(Bytes& out, const std::vector<double>& values) {  // s15Fixed16
+    for (const double value : values)
+        append32(out, static_cast<uint32_t>(std::lround(value * 65536.0)));
+}
+
 void appendText(Bytes& out, const std::string& text) {
     out.insert(out.end(), text.begin(), text.end());
 }
@@ -34,17 +53,16 @@ std::vector<uint16_t> ramps(const std::vector<uint16_t>& given, uint32_t channel
 
 // The last input channel varies fastest.
 std::vector<uint16_t> repeatingClut(const std::vector<uint8_t>& grid, uint32_t outputs) {
-    std::vector<uint16_t> clut;
-    std::vector<uint32_t> node(grid.size());
-    for (size_t dimension = 0; dimension != static_cast<size_t>(-1);) {
-        for (uint32_t o = 0; o < outputs; ++o) {
-            const size_t i = o % grid.size();
-            clut.push_back(static_cast<uint16_t>(node[i] * 65535 / (grid[i] - 1U)));
-        }
-        dimension = grid.size() - 1;
-        while (dimension != static_cast<size_t>(-1) && ++node[dimension] == grid[dimension]) {
-            node[dimension--] = 0;
-        }
+    size_t size = outputs;
+    for (const uint8_t points : grid)
+        size *= points;
+    std::vector<uint16_t> clut(size);
+    for (size_t i = 0; i < size; ++i) {
+        const size_t dimension = i % outputs % grid.size();
+        size_t node = i / outputs;
+        for (size_t d = grid.size() - 1; d > dimension; --d)
+            node /= grid[d];
+        clut[i] = static_cast<uint16_t>(node % grid[dimension] * 65535 / (grid[dimension] - 1U));
     }
     return clut;
 }
@@ -61,8 +79,7 @@ Bytes lutTag(const std::string& type, const LutContent& c, uint32_t inEntries,
     Bytes out = typed(type);
     for (const uint32_t v : {c.inputs, c.outputs, c.grid, 0U})
         append8(out, v);
-    for (const double e : c.matrix)
-        appendFixed(out, e);
+    appendFixed(out, c.matrix);
     if (is16) {
         append16(out, inEntries);
         append16(out, outEntries);
@@ -90,11 +107,8 @@ Bytes lutABTag(const std::string& type, const LutABContent& c) {
         append8(out, v);
     out.resize(32);  // offsets of B, matrix, M, CLUT, A
     appendCurves(out, 12, c.bCurves);
-    if (!c.matrix.empty()) {
-        put32(out, 16, static_cast<uint32_t>(out.size()));
-        for (const double e : c.matrix)
-            appendFixed(out, e);
-    }
+    if (!c.matrix.empty()) put32(out, 16, static_cast<uint32_t>(out.size()));
+    appendFixed(out, c.matrix);
     appendCurves(out, 20, c.mCurves);
     if (!c.grid.empty()) {
         put32(out, 24, static_cast<uint32_t>(out.size()));
@@ -109,24 +123,6 @@ Bytes lutABTag(const std::string& type, const LutABContent& c) {
 }
 
 }  // namespace
-
-void append8(Bytes& out, uint32_t value) {
-    out.push_back(static_cast<uint8_t>(value));
-}
-
-void append16(Bytes& out, uint32_t value) {
-    append8(out, value >> 8);
-    append8(out, value);
-}
-
-void append32(Bytes& out, uint32_t value) {
-    append16(out, value >> 16);
-    append16(out, value);
-}
-
-void appendFixed(Bytes& out, double value) {
-    append32(out, static_cast<uint32_t>(std::lround(value * 65536.0)));
-}
 
 void put32(Bytes& out, size_t at, uint32_t value) {
     Bytes field;
@@ -144,15 +140,13 @@ Bytes curveTag(const std::vector<uint16_t>& entries) {
 Bytes parametricTag(uint32_t function, const std::vector<double>& parameters) {
     Bytes out = typed("para");
     append32(out, function << 16);
-    for (const double p : parameters)
-        appendFixed(out, p);
+    appendFixed(out, parameters);
     return out;
 }
 
 Bytes xyzTag(double X, double Y, double Z) {
     Bytes out = typed("XYZ ");
-    for (const double v : {X, Y, Z})
-        appendFixed(out, v);
+    appendFixed(out, {X, Y, Z});
     return out;
 }
 
@@ -174,16 +168,14 @@ Bytes lutBToATag(const LutABContent& content) {
 
 ProfileBytes::ProfileBytes(const std::string& deviceClass, const std::string& colorSpace,
                            const std::string& pcs) {
-    append32(header_, 0);  // size
-    append32(header_, 0);  // preferred CMM
+    header_.resize(8);  // the size, which is set by image(), and no preferred CMM
     append32(header_, 0x02100000);
     appendText(header_, deviceClass + colorSpace + pcs);
     for (const uint32_t part : {2020U, 5U, 9U, 12U, 34U, 56U})
         append16(header_, part);
     appendText(header_, "acsp");
     header_.resize(68);
-    for (const double v : {0.9642, 1.0, 0.8249})
-        appendFixed(header_, v);
+    appendFixed(header_, {0.9642, 1.0, 0.8249});
     header_.resize(128);
 }
 
@@ -210,17 +202,20 @@ Bytes ProfileBytes::image() const {
     return out;
 }
 
+ProfileBytes rgbProfile(const std::vector<Bytes>& curves, const std::string& deviceClass,
+                        bool unitMatrix) {
+    const double one = 131070 / 65536.0;  // 65535 in the XYZ encoding
+    ProfileBytes p(deviceClass);
+    p.addTag("rXYZ", unitMatrix ? xyzTag(one, 0, 0) : xyzTag(0.4361, 0.2225, 0.0139));
+    p.addTag("gXYZ", unitMatrix ? xyzTag(0, one, 0) : xyzTag(0.3851, 0.7169, 0.0971));
+    p.addTag("bXYZ", unitMatrix ? xyzTag(0, 0, one) : xyzTag(0.1431, 0.0606, 0.7141));
+    for (size_t c = 0; c < 3; ++c)
+        p.addTag(std::string{"rgb"[c]} + "TRC", curves[c % curves.size()]);
+    return p;
+}
+
 Bytes smallRgbProfile() {
-    const Bytes curve = curveTag({563});  // gamma 2.2
-    return ProfileBytes()
-        .addTag("wtpt", xyzTag(0.9505, 1.0, 1.0891))
-        .addTag("rXYZ", xyzTag(0.4361, 0.2225, 0.0139))
-        .addTag("gXYZ", xyzTag(0.3851, 0.7169, 0.0971))
-        .addTag("bXYZ", xyzTag(0.1431, 0.0606, 0.7141))
-        .addTag("rTRC", curve)
-        .addTag("gTRC", curve)
-        .addTag("bTRC", curve)
-        .image();
+    return rgbProfile({curveTag({563})}, "mntr").image();  // gamma 2.2
 }
 
 }  // namespace lumoxa_test

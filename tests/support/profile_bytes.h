@@ -3,7 +3,6 @@
 // Synthetic profile images and tag data, built byte by byte in file order.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -13,10 +12,6 @@ namespace lumoxa_test {
 
 using Bytes = std::vector<uint8_t>;
 
-void append8(Bytes& out, uint32_t value);
-void append16(Bytes& out, uint32_t value);
-void append32(Bytes& out, uint32_t value);
-void appendFixed(Bytes& out, double value);  // s15Fixed16
 void put32(Bytes& out, size_t at, uint32_t value);
 
 /// 'curv' data: no entries is the identity, one is a gamma in u8Fixed8, more are a table.
@@ -30,7 +25,7 @@ Bytes xyzTag(double X, double Y, double Z);
 struct LutContent {
     uint32_t inputs = 3, outputs = 3, grid = 2;
     uint32_t inEntries = 256, outEntries = 256;  // lut8 always has 256
-    std::array<double, 9> matrix = {1, 0, 0, 0, 1, 0, 0, 0, 1};
+    std::vector<double> matrix = {1, 0, 0, 0, 1, 0, 0, 0, 1};
     std::vector<uint16_t> inTables, clut, outTables;  // 16-bit values; lut8 stores the upper bytes
 };
 Bytes lut8Tag(const LutContent& content);
@@ -54,8 +49,6 @@ class ProfileBytes {
     explicit ProfileBytes(const std::string& deviceClass = "mntr",
                           const std::string& colorSpace = "RGB ", const std::string& pcs = "XYZ ");
     ProfileBytes& addTag(const std::string& signature, Bytes data);
-    /// The 128 header bytes, for changing any field; the size field is set by image().
-    Bytes& header() { return header_; }
     Bytes image() const;
 
   private:
@@ -63,7 +56,12 @@ class ProfileBytes {
     std::vector<std::pair<std::string, Bytes>> tags_;
 };
 
-/// A small display profile with three curves, three colorants and a white point.
+/// A matrix/TRC profile of one curve for all channels, or three. Its colorants are those of sRGB,
+/// or make the matrix one, so that 16-bit results are the curve tables themselves.
+ProfileBytes rgbProfile(const std::vector<Bytes>& curves, const std::string& deviceClass,
+                        bool unitMatrix = false);
+
+/// A small display profile with three colorants, then three curves.
 Bytes smallRgbProfile();
 
 }  // namespace lumoxa_test

@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/support/real_profiles.h"
 
-#include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <set>
+#include <stdexcept>
 
 namespace lumoxa_test {
 namespace fs = std::filesystem;
+
+const std::set<std::string> kExtensions = {".icc", ".icm", ".ICC", ".ICM"};
 
 std::vector<std::string> realProfilePaths() {
     std::set<std::string> paths;
@@ -17,13 +18,10 @@ std::vector<std::string> realProfilePaths() {
         std::error_code failed;
         for (fs::recursive_directory_iterator it(root, failed), end; !failed && it != end;
              it.increment(failed)) {
-            std::string extension = it->path().extension().string();
-            std::transform(extension.begin(), extension.end(), extension.begin(),
-                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+            const bool isProfile = kExtensions.count(it->path().extension().string()) != 0;
             std::error_code broken;
-            if ((extension == ".icc" || extension == ".icm") && it->is_regular_file(broken)) {
+            if (isProfile && it->is_regular_file(broken))
                 paths.insert(fs::canonical(it->path()).string());
-            }
         }
     }
     return {paths.begin(), paths.end()};
@@ -32,6 +30,15 @@ std::vector<std::string> realProfilePaths() {
 std::vector<uint8_t> fileBytes(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+std::vector<uint8_t> realProfile(const std::string& pathEnd) {
+    for (const std::string& path : realProfilePaths()) {
+        const size_t at = path.rfind(pathEnd);
+        if (at != std::string::npos && at + pathEnd.size() == path.size()) return fileBytes(path);
+    }
+    throw std::runtime_error("no profile " + pathEnd +
+                             " (packages icc-profiles-free, colord-data, libgs-common)");
 }
 
 }  // namespace lumoxa_test

@@ -15,4 +15,7 @@ std::vector<std::string> realProfilePaths();
 
 std::vector<uint8_t> fileBytes(const std::string& path);
 
+/// The bytes of the installed profile whose path ends so. Throws where there is none.
+std::vector<uint8_t> realProfile(const std::string& pathEnd);
+
 }  // namespace lumoxa_test

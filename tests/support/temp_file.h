@@ -3,7 +3,6 @@
 // A file of given bytes that lives as long as the object.
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -34,12 +33,10 @@ class TempFile {
     std::string path() const { return path_.string(); }
 
   private:
-    // Test processes run side by side, so the name is random as well as counted.
+    // Test processes run side by side, so the name is random.
     static std::filesystem::path freshPath() {
-        static std::atomic<unsigned> counter{0};
-        static const unsigned run = std::random_device{}();
-        return std::filesystem::temp_directory_path() /
-               ("lumoxa-" + std::to_string(run) + "-" + std::to_string(counter++) + ".icc");
+        const std::string name = std::to_string(std::random_device{}());
+        return std::filesystem::temp_directory_path() / ("lumoxa-" + name + ".icc");
     }
 
     std::filesystem::path path_;

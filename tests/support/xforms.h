@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -69,18 +70,6 @@ inline ProfileBytes lutProfile(const Bytes& tag, const std::string& in, const st
     return ProfileBytes("spac", in, out).addTag("A2B0", tag);
 }
 
-/// A matrix/TRC profile with three curves. Its colorants are those of sRGB, or make the matrix one,
-/// so that 16-bit results are the curve tables themselves.
-inline ProfileBytes rgbProfile(const std::vector<Bytes>& curves, const std::string& deviceClass,
-                               bool unitMatrix = false) {
-    const double one = 131070 / 65536.0;  // 65535 in the XYZ encoding
-    ProfileBytes p(deviceClass);
-    p.addTag("rXYZ", unitMatrix ? xyzTag(one, 0, 0) : xyzTag(0.4361, 0.2225, 0.0139));
-    p.addTag("gXYZ", unitMatrix ? xyzTag(0, one, 0) : xyzTag(0.3851, 0.7169, 0.0971));
-    p.addTag("bXYZ", unitMatrix ? xyzTag(0, 0, one) : xyzTag(0.1431, 0.0606, 0.7141));
-    return p.addTag("rTRC", curves[0]).addTag("gTRC", curves[1]).addTag("bTRC", curves[2]);
-}
-
 /// A lut16 tag whose curves have two entries and change nothing.
 inline Bytes gridTag(uint32_t inputs, uint32_t outputs, uint32_t grid, const Samples& clut) {
     LutContent c;
@@ -89,6 +78,30 @@ inline Bytes gridTag(uint32_t inputs, uint32_t outputs, uint32_t grid, const Sam
     c.clut = clut;
     return lut16Tag(c);
 }
+
+/// What a chain makes, which has to give that result code; null unless the code is 0.
+inline OwnedXform combined(const std::vector<icXform_t>& chain, int options = 0, int code = 0) {
+    const int count = static_cast<int>(chain.size());
+    icXform_t out = nullptr;
+    EXPECT_EQ(icCombineXforms(count, chain.data(), &out, options, nullptr, nullptr, nullptr, 0),
+              code);
+    EXPECT_EQ(code == 0, out != nullptr);
+    return OwnedXform(out);
+}
+
+/// A progress callback's user data: records its calls, and answers 1 to the progress call number
+/// `stopAfter`, counted from 0.
+struct Listener {
+    int atStart = 0, atEnd = 0, stopAfter = -1;
+    std::vector<std::pair<int, int>> calls = {};
+    static int hear(icIterState state, int percent, void* user) {
+        auto& self = *static_cast<Listener*>(user);
+        self.calls.emplace_back(state, percent);
+        if (state != icIterProgress) return state == icIterStart ? self.atStart : self.atEnd;
+        return static_cast<int>(self.calls.size()) - 2 == self.stopAfter;
+    }
+};
+using Calls = decltype(Listener::calls);
 
 inline icXformDesc_t described(icXform_t xform) {
     icXformDesc_t desc{};
@@ -112,28 +125,29 @@ icPixelLayout_t packed(Sample* data, int pixels, int lines, uint32_t channels) {
     return layout;
 }
 
-/// Converts packed pixels in one line of the given depths. The buffers are exactly as long as they
-/// have to be, so that a sanitizer sees a kernel that strays.
 template <class In, class Out>
-Samples convertedAs(icXform_t xform, const Samples& pixels) {
-    const icXformDesc_t desc = described(xform);
+Samples convertedAs(icXform_t xform, const Samples& pixels, int code) {
+    // A transform without conversion has no channels, but the layouts have to be sound ones.
+    const uint32_t inChannels = std::max(described(xform).inChannels, 1U);
+    const uint32_t outChannels = std::max(described(xform).outChannels, 1U);
     std::vector<In> source(pixels.begin(), pixels.end());
-    const int n = static_cast<int>(pixels.size() / desc.inChannels);
-    std::vector<Out> destination(static_cast<size_t>(n) * desc.outChannels);
-    const icPixelLayout_t from = packed(source.data(), n, 1, desc.inChannels);
-    const icPixelLayout_t to = packed(destination.data(), n, 1, desc.outChannels);
-    EXPECT_EQ(icEvaluate(xform, &from, &to, nullptr, nullptr), 0);
+    std::vector<Out> destination(pixels.size() / inChannels * outChannels);
+    const int n = static_cast<int>(pixels.size() / inChannels);
+    const icPixelLayout_t from = packed(source.data(), n, 1, inChannels);
+    const icPixelLayout_t to = packed(destination.data(), n, 1, outChannels);
+    EXPECT_EQ(icEvaluate(xform, &from, &to, nullptr, nullptr), code);
     return {destination.begin(), destination.end()};
 }
 
-inline Samples converted(icXform_t xform, const Samples& pixels, int inBits = 16,
-                         int outBits = 16) {
-    if (inBits == 8) {
-        return outBits == 8 ? convertedAs<uint8_t, uint8_t>(xform, pixels)
-                            : convertedAs<uint8_t, uint16_t>(xform, pixels);
-    }
-    return outBits == 8 ? convertedAs<uint16_t, uint8_t>(xform, pixels)
-                        : convertedAs<uint16_t, uint16_t>(xform, pixels);
+/// Converts packed pixels in one line of the given depths, which has to give that result code. The
+/// buffers are exactly as long as they have to be, so that a sanitizer sees a kernel that strays.
+inline Samples converted(icXform_t xform, const Samples& pixels, int inBits = 16, int outBits = 16,
+                         int code = 0) {
+    const auto as =
+        inBits == 8 ? outBits == 8 ? convertedAs<uint8_t, uint8_t> : convertedAs<uint8_t, uint16_t>
+        : outBits == 8 ? convertedAs<uint16_t, uint8_t>
+                       : convertedAs<uint16_t, uint16_t>;
+    return as(xform, pixels, code);
 }
 
 /// The largest difference between two results of one length.

@@ -36,21 +36,21 @@ std::vector<Victim> victims() {
 // In both directions, where the tag serves both.
 int requestAndUse(const Victim& v, const Bytes& tag) {
     const std::string name = v.signature;
+    const bool lut = name == "A2B0";
     ProfileBytes profile("scnr",
-                         name == "kTRC"   ? "GRAY"
-                         : name == "A2B0" ? "Lab "
-                                          : "RGB ",
-                         name == "A2B0" ? "Lab " : "XYZ ");
-    for (const char* other : {"rTRC", "gTRC", "bTRC", "rXYZ", "gXYZ", "bXYZ"}) {
-        if (name != other)
-            profile.addTag(
-                other, other[1] == 'X' ? xyzTag(0.5, other[0] / 100.0, 0.1) : curveTag({0, 65535}));
-    }
-    profile.addTag(name, tag);
+                         name == "kTRC" ? "GRAY"
+                         : lut          ? "Lab "
+                                        : "RGB ",
+                         lut ? "Lab " : "XYZ ");
+    profile.addTag(name, tag);  // the first of two with one name counts
+    for (const char* other : {"rTRC", "gTRC", "bTRC"})
+        profile.addTag(other, curveTag({0, 65535}));
+    for (const char* other : {"rXYZ", "gXYZ", "bXYZ"})
+        profile.addTag(other, xyzTag(0.5, other[0] / 100.0, 0.1));
     OwnedXform xform;
     int code = 0;
     for (uint32_t transType : {icDeviceToPcs, icPcsToDevice}) {
-        if (name == "A2B0" && transType == icPcsToDevice) continue;
+        if (lut && transType == icPcsToDevice) continue;
         code = request(profile.image(), 0, transType, xform);
         if (code != 0) break;
         for (const uint16_t value : {300, 65535})
@@ -91,22 +91,17 @@ TEST(HostileTags, MistakeTheImpossibleForTruncation) {
     const std::vector<Victim> all = victims();
     const struct {
         size_t victim, at;
-        std::vector<int> impossible, tooLong;  // byte values
-    } cases[] = {{0, 8, {0, 17, 255}, {4}}, {0, 9, {0}, {4}},    {0, 10, {0, 1}, {3}},
-                 {1, 8, {0, 17, 255}, {}},  {1, 9, {0}, {}},     {1, 49, {0, 1}, {200}},
-                 {1, 51, {0, 1}, {200}},    {3, 8, {0, 17}, {}}, {3, 9, {0}, {}},
-                 {3, 32, {'x'}, {}},        {4, 32, {'x'}, {}},  {3, 12, {}, {1}},
-                 {3, 16, {}, {1}},          {3, 20, {}, {1}},    {3, 24, {}, {1}},
-                 {3, 28, {}, {1}},          {6, 0, {'x'}, {}},   {6, 8, {}, {1, 255}},
-                 {7, 9, {5, 255}, {}}};
+        Bytes values;
+    } cases[] = {{0, 8, {0, 17, 255}}, {0, 9, {0}},     {0, 10, {0, 1}}, {1, 8, {0, 17, 255}},
+                 {1, 9, {0}},          {1, 49, {0, 1}}, {1, 51, {0, 1}}, {3, 8, {0, 17}},
+                 {3, 9, {0}},          {3, 32, {'x'}},  {4, 32, {'x'}},  {6, 0, {'x'}},
+                 {7, 9, {5, 255}}};
     for (const auto& c : cases) {
-        for (const bool impossible : {true, false}) {
-            for (const int byte : impossible ? c.impossible : c.tooLong) {
-                Bytes tag = all[c.victim].tag;
-                tag[c.at] = static_cast<uint8_t>(byte);
-                EXPECT_EQ(requestAndUse(all[c.victim], tag), impossible ? icErrTagType : icErrRead)
-                    << all[c.victim].name << " byte " << c.at << " = " << byte;
-            }
+        for (const uint8_t byte : c.values) {
+            Bytes tag = all[c.victim].tag;
+            tag[c.at] = byte;
+            EXPECT_EQ(requestAndUse(all[c.victim], tag), icErrTagType)
+                << all[c.victim].name << " byte " << c.at << " = " << int{byte};
         }
     }
 }

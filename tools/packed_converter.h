@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// A conversion applied to packed pixels.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "tools/transform_chain.h"
+
+namespace lumoxa_tool {
+
+/// Interleaved pixels without gaps.
+struct PackedPixels {
+    void* memory;
+    int32_t dataType;  ///< icSamples8 or icSamples16
+};
+
+/// Converts runs of pixels, whichever way the conversion goes. It keeps a buffer from run to run,
+/// so each thread has one of its own.
+class PackedConverter {
+  public:
+    /// @param conversion  must outlive the converter
+    explicit PackedConverter(const Conversion& conversion) : conversion_(&conversion) {}
+
+    /// @return a result code of the library
+    int convert(const PackedPixels& source, const PackedPixels& target, size_t pixels);
+
+  private:
+    int convertInSteps(const PackedPixels& source, const PackedPixels& target, size_t pixels);
+
+    const Conversion* conversion_;
+    std::vector<uint16_t> between_;
+};
+
+}  // namespace lumoxa_tool
