@@ -132,10 +132,7 @@ class InputStage {
 
     template <class TableEntry>
     static void apply(const TableSet<TableEntry>& set, int channel, int pixels, float* row) {
-        const TableEntry* table = set.table(channel);
-        const int32_t last = set.lastSegment();
-        for (int i = 0; i < pixels; ++i)
-            row[i] = lookUp(table, last, row[i]);
+        lookUpRow(set.table(channel), set.lastSegment(), row, pixels);
     }
 
     void applyMatrix(int pixels, Row* x) const {
@@ -182,12 +179,7 @@ class OutputStage {
             float* row = values[c];
             for (int i = 0; i < pixels; ++i)
                 row[i] *= scale_;
-            if (curves_) {
-                const Entry* table = curves_.table(c);
-                const int32_t last = curves_.lastSegment();
-                for (int i = 0; i < pixels; ++i)
-                    row[i] = lookUp(table, last, row[i]);
-            }
+            if (curves_) lookUpRow(curves_.table(c), curves_.lastSegment(), row, pixels);
             for (int i = 0; i < pixels; ++i) {
                 destination[static_cast<ptrdiff_t>(i) * channels_ + c] = sample(row[i]);
             }

@@ -27,4 +27,29 @@ float lookUp(const Entry* table, int32_t lastSegment, float x) {
     return low + (high - low) * (x - static_cast<float>(i));
 }
 
+/// lookUp() of every value of a row in place. Positions and results are worked out for several
+/// values at once; only the table itself is read one by one.
+template <class Entry>
+void lookUpRow(const Entry* table, int32_t lastSegment, float* row, int count) {
+    constexpr int kStrip = 16;
+    int done = 0;
+    for (; done + kStrip <= count; done += kStrip) {
+        float* x = row + done;
+        int32_t segment[kStrip];
+        float low[kStrip];
+        float high[kStrip];
+        for (int i = 0; i < kStrip; ++i)
+            segment[i] = segmentOf(x[i], lastSegment);
+        for (int i = 0; i < kStrip; ++i) {
+            low[i] = static_cast<float>(table[segment[i]]);
+            high[i] = static_cast<float>(table[segment[i] + 1]);
+        }
+        for (int i = 0; i < kStrip; ++i) {
+            x[i] = low[i] + (high[i] - low[i]) * (x[i] - static_cast<float>(segment[i]));
+        }
+    }
+    for (; done < count; ++done)
+        row[done] = lookUp(table, lastSegment, row[done]);
+}
+
 }  // namespace lumoxa

@@ -25,8 +25,12 @@ inline constexpr float kSampleMax16 = 65535.0f;
 /// a number, becomes INT32_MIN: the value that x86 conversion instructions give, here spelt out
 /// because the language leaves it undefined.
 inline int32_t truncated(float v) {
-    return v >= -2147483648.0f && v < 2147483648.0f ? static_cast<int32_t>(v)
-                                                    : std::numeric_limits<int32_t>::min();
+    // Bounded before the conversion, so that nothing is undefined and nothing branches.
+    constexpr float kLowest = -2147483648.0f;
+    constexpr float kHighest = 2147483520.0f;  // the largest float below 2^31
+    const float bounded = v >= kLowest ? std::min(v, kHighest) : kLowest;
+    const auto integer = static_cast<int32_t>(bounded);
+    return v <= kHighest ? integer : std::numeric_limits<int32_t>::min();
 }
 
 inline int32_t truncated(double v) {
