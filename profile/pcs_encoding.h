@@ -45,17 +45,18 @@ Sample roundWrapped(Real v) {
     return static_cast<Sample>(static_cast<uint32_t>(truncated(v + Real{0.5})));
 }
 
+/// `v` limited to 0 .. `top`; not-a-number gives 0. Written so that it is a maximum and a minimum
+/// to the processor, without branches.
+template <class Real>
+Real clipped(Real v, Real top) {
+    const Real positive = v > Real{0} ? v : Real{0};
+    return positive < top ? positive : top;
+}
+
 /// Adds 0.5, truncates and clips to 0 .. `top`. Not-a-number gives 0.
 template <class Sample, class Real>
 Sample roundClipped(Real v, Real top = static_cast<Real>(std::numeric_limits<Sample>::max())) {
-    const Real shifted = v + Real{0.5};
-    if (!(shifted > Real{0})) return 0;
-    return static_cast<Sample>(std::min(shifted, top));
-}
-
-/// `v` limited to 0 .. `top`; not-a-number gives 0.
-inline float clipped(float v, float top) {
-    return v > 0.0f ? std::min(v, top) : 0.0f;
+    return static_cast<Sample>(clipped(v + Real{0.5}, top));
 }
 
 /// A s15Fixed16 number (1.0 = 65536) in the 16-bit XYZ encoding (1.0 = 32768).
