@@ -199,7 +199,6 @@ void printNotices(const ConvertArguments& arguments, const SourceImage& source,
 }  // namespace
 
 void runConvert(const ConvertArguments& arguments) {
-    watchForInterrupt();  // here only: other commands leave nothing to clean up
     const FileName name = splitName(arguments.output);
     const OutputFormat& format = outputFormat(name.path);
     requireProfileKept(name.path, name.options);
@@ -209,6 +208,7 @@ void runConvert(const ConvertArguments& arguments) {
     const bool sixteenBits = targetSixteenBits(arguments, source, format);
     const Profile from = sourceProfile(arguments, source);
     requireFit(arguments.input, source, from);
+    watchForInterrupt();  // here only: before, and in other commands, there is nothing to clean up
     const Clock::time_point start = Clock::now();
     const Conversion conversion = makeConversion(from, to, arguments.request);
     const PixelPlan plan = makePlan(conversion, source, format, sixteenBits);

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "tools/signatures.h"
+
 namespace lumoxa_tool {
 namespace {
 
@@ -39,20 +41,37 @@ int PackedConverter::convertInSteps(const PackedPixels& source, const PackedPixe
                                     size_t pixels) {
     const ChainLink& first = conversion_->from;
     const ChainLink& second = conversion_->to;
-    const size_t samples = pixels * second.desc.outChannels;
-    between_.resize(std::max(pixels * first.desc.outChannels, samples));
+    between_.resize(pixels * first.desc.outChannels);
     const PackedPixels between = {between_.data(), icSamples16};
-    int code = evaluate(first.xform, first.desc, source, between, pixels);
+    int code = evaluate(first.xform, first.desc, widened(source, pixels), between, pixels);
     if (code != icSuccess) return code;
+    conversion_->between.apply(between_.data(), pixels);
     if (target.dataType == icSamples16) {
         return evaluate(second.xform, second.desc, between, target, pixels);
     }
-    // Matrix transforms have no kernel from 16 to 8 bits: end in 16 and round.
-    code = evaluate(second.xform, second.desc, between, between, pixels);
+    // Curves and matrix have no kernel from 16 to 8 bits: end in 16 and round.
+    result_.resize(pixels * second.desc.outChannels);
+    code = evaluate(second.xform, second.desc, between, {result_.data(), icSamples16}, pixels);
     if (code != icSuccess) return code;
-    std::transform(between_.data(), between_.data() + samples, static_cast<uint8_t*>(target.memory),
-                   [](uint16_t value) { return static_cast<uint8_t>((value + 128u) / 257u); });
+    const uint32_t space = second.desc.outSpace;
+    const unsigned step = space == fourCc("Lab ") || space == fourCc("XYZ ") ? 256 : 257;
+    std::transform(result_.begin(), result_.end(), static_cast<uint8_t*>(target.memory),
+                   [step](uint16_t value) {
+                       return static_cast<uint8_t>(std::min((value + 128u) / step, 255u));
+                   });
     return icSuccess;
+}
+
+// Gray curves are read at 16 bits: their kernel for 8-bit samples leaves out samples at white.
+PackedPixels PackedConverter::widened(const PackedPixels& source, size_t pixels) {
+    const icXformDesc_t& desc = conversion_->from.desc;
+    const bool grayCurve = desc.kind == fourCc("TrcM") && desc.inChannels == 1;
+    if (!grayCurve || source.dataType == icSamples16) return source;
+    const auto* samples = static_cast<const uint8_t*>(source.memory);
+    wide_.resize(pixels);
+    std::transform(samples, samples + pixels, wide_.begin(),
+                   [](uint8_t value) { return static_cast<uint16_t>(value * 257); });
+    return {wide_.data(), icSamples16};
 }
 
 }  // namespace lumoxa_tool

@@ -29,9 +29,12 @@ class PackedConverter {
 
   private:
     int convertInSteps(const PackedPixels& source, const PackedPixels& target, size_t pixels);
+    PackedPixels widened(const PackedPixels& source, size_t pixels);
 
     const Conversion* conversion_;
-    std::vector<uint16_t> between_;
+    std::vector<uint16_t> wide_;     // the source at 16 bits, where that is needed
+    std::vector<uint16_t> between_;  // connection space
+    std::vector<uint16_t> result_;   // at 16 bits, before it is rounded
 };
 
 }  // namespace lumoxa_tool

@@ -45,16 +45,19 @@ Grid gridOfConversion(const Conversion& conversion) {
     return {points | 1, interpolation};
 }
 
-// Combined, curves and matrix on both sides get a grid of 3 points, and a colour that the target
-// cuts off at 0 would move all colours of cells half the range wide. Two transforms one after the
-// other cut off that colour alone. White scaling and flare are the combination's business.
+// Combined, a chain in which no transform has a grid of its own gets one of 3 points, and whatever
+// is not linear between its curves (a gamut that is cut off, the cube root of Lab) is spread over
+// half the range. Two transforms one after the other keep it exact. Flare is the combination's
+// business.
 bool betterInSteps(const Conversion& conversion, const ConversionRequest& request) {
+    constexpr int kFewestPoints = 3;  // of a grid that counts as one
+    const auto meets = [](uint32_t space, uint32_t channels) {
+        return (space == fourCc("XYZ ") || space == fourCc("Lab ")) && channels == 3;
+    };
     const icXformDesc_t& from = conversion.from.desc;
     const icXformDesc_t& to = conversion.to.desc;
-    const bool matrices = from.kind == fourCc("TrcM") && to.kind == fourCc("MatT");
-    const bool colours = from.inChannels == 3 && to.outChannels == 3;
-    const bool sameXyz = from.outSpace == fourCc("XYZ ") && to.inSpace == from.outSpace;
-    return matrices && colours && sameXyz && request.intent != icAbsoluteColorimetric &&
+    return std::max(conversion.from.grid, conversion.to.grid) < kFewestPoints &&
+           meets(from.outSpace, from.outChannels) && meets(to.inSpace, to.inChannels) &&
            !request.displayFlare;
 }
 
@@ -99,7 +102,12 @@ std::string ChainLink::describe() const {
 }
 
 std::string Conversion::describe() const {
-    if (!combined) return "one after the other, " + spaceText(from.desc.outSpace) + " between";
+    if (!combined) {
+        const std::string given = spaceText(from.desc.outSpace);
+        const std::string taken = spaceText(to.desc.inSpace);
+        return "one after the other, " + (given == taken ? given : given + " to " + taken) +
+               " between";
+    }
     const Grid grid = gridOfConversion(*this);
     return kindText(desc.kind) + ", " + spaceText(desc.inSpace) + " to " +
            spaceText(desc.outSpace) + ", grid " + std::to_string(grid.points) + ", " +
@@ -138,6 +146,9 @@ Conversion makeConversion(const Profile& from, const Profile& to,
         conversion.desc = conversion.from.desc;
         conversion.desc.outSpace = conversion.to.desc.outSpace;
         conversion.desc.outChannels = conversion.to.desc.outChannels;
+        conversion.between =
+            PcsBridge(from, to, conversion.from.desc.outSpace, conversion.to.desc.inSpace,
+                      request.intent == icAbsoluteColorimetric);
         return conversion;
     }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "lumoxa/lumoxa.h"
+#include "tools/pcs_bridge.h"
 #include "tools/profile_source.h"
 
 namespace lumoxa_tool {
@@ -30,6 +31,7 @@ struct Conversion {
     ChainLink from;
     ChainLink to;
     XformHandle combined;  ///< null where `from` and `to` are applied one after the other
+    PcsBridge between;     ///< what then stands between them
     icXformDesc_t desc = {};
     /// Sentences for the user: stages of the profiles that the conversion leaves out.
     std::vector<std::string> notices;

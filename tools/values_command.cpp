@@ -102,6 +102,10 @@ void convertLines(ValueConverter& converter) {
         // pipe may wait for its answer before it asks again.
         if (std::cin.rdbuf()->in_avail() <= 0) converter.flush();
     }
+    if (std::cin.bad()) {
+        converter.flush();
+        throw InputError("standard input: can't be read", "check where it comes from");
+    }
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -153,6 +154,31 @@ TEST_F(Tool, ValuesSurviveGamutCutsAndParametricCurves) {
     EXPECT_EQ(values("type2.icc", "0,255,255", "--16=false"), "39,255,255\n");
     EXPECT_EQ(values("type3.icc", "5,5,255", "--16=false"), "5,5,255\n");
     EXPECT_EQ(values("type4.icc", "255,5,255", "--16=false"), "255,5,255\n");
+}
+
+// No transform of these chains has a grid of its own, and what is between their curves is not
+// linear.
+TEST_F(Tool, ValuesSurviveLabAndWhitesBetweenCurves) {
+    save("wide.icc", realProfile("colord/AdobeRGB1998.icc"));
+    save("lab.icc", realProfile("ghostscript/lab.icc"));
+    save("gray.icc", realProfile("icc/Gray-CIE_L.icc"));
+    const Bytes halfWhite = xyzTag(0.9642 / 2, 0.5, 0.8249 / 2);
+    save("dim.icc", rgbProfile({curveTag({563})}, "mntr").addTag("wtpt", halfWhite).image());
+    const struct {
+        const char *from, *to, *intent, *value, *expected;
+    } cases[] = {{"sRGB", "gray.icc", "relative", "128,128,128", "137\n"},
+                 {"gray.icc", "sRGB", "relative", "200", "194,194,194\n"},
+                 {"gray.icc", "sRGB", "relative", "255", "255,255,255\n"},
+                 {"sRGB", "lab.icc", "relative", "128,128,128", "137,128,128\n"},
+                 {"wide.icc", "sRGB", "relative", "100,180,90", "0,181,83\n"},
+                 {"wide.icc", "sRGB", "absolute", "100,180,90", "0,181,83\n"},
+                 {"dim.icc", "sRGB", "absolute", "255,255,255", "188,188,188\n"}};
+    for (const auto& c : cases) {
+        const auto word = [&](const char* w) { return std::strchr(w, '.') ? path(w) : w; };
+        const Result result = run(
+            {"values", "--from", word(c.from), "--to", word(c.to), "--intent", c.intent, c.value});
+        EXPECT_EQ(result.out, c.expected) << c.from << c.to << result.err;
+    }
 }
 
 TEST_F(Tool, PrintedGridIsTheOneOfTheCombination) {
