@@ -53,8 +53,7 @@ int PackedConverter::convertInSteps(const PackedPixels& source, const PackedPixe
     result_.resize(pixels * second.desc.outChannels);
     code = evaluate(second.xform, second.desc, between, {result_.data(), icSamples16}, pixels);
     if (code != icSuccess) return code;
-    const uint32_t space = second.desc.outSpace;
-    const unsigned step = space == fourCc("Lab ") || space == fourCc("XYZ ") ? 256 : 257;
+    const unsigned step = isConnectionSpace(second.desc.outSpace) ? 256 : 257;
     std::transform(result_.begin(), result_.end(), static_cast<uint8_t*>(target.memory),
                    [step](uint16_t value) {
                        return static_cast<uint8_t>(std::min((value + 128u) / step, 255u));

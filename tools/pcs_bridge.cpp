@@ -59,9 +59,7 @@ Triple mediaRatio(const Profile& profile) {
     const Triple pcs = triple(profile.header().illuminant);
     Triple ratio = {1, 1, 1};
     for (size_t c = 0; c < 3; ++c) {
-        const uint8_t* at = tag->bytes.data() + kNumbers + 4 * c;
-        const auto fixed = static_cast<int32_t>(uint32_t{at[0]} << 24 | uint32_t{at[1]} << 16 |
-                                                uint32_t{at[2]} << 8 | at[3]);
+        const auto fixed = static_cast<int32_t>(bigEndian32(tag->bytes.data() + kNumbers + 4 * c));
         if (fixed > 0 && pcs[c] > 0) ratio[c] = fixed / 65536.0 / pcs[c];
     }
     return ratio;
@@ -71,8 +69,8 @@ Triple mediaRatio(const Profile& profile) {
 
 PcsBridge::PcsBridge(const Profile& from, const Profile& to, uint32_t fromSpace, uint32_t toSpace,
                      bool absolute)
-    : fromLab_(fromSpace == fourCc("Lab ")),
-      toLab_(toSpace == fourCc("Lab ")),
+    : fromLab_(fromSpace == kLab),
+      toLab_(toSpace == kLab),
       white_(triple(from.header().illuminant)) {
     for (double& w : white_) {
         if (w <= 0) w = 1;

@@ -24,10 +24,16 @@ constexpr uint32_t fourCc(const char (&text)[5]) {
 inline constexpr uint32_t kRgb = fourCc("RGB ");
 inline constexpr uint32_t kCmyk = fourCc("CMYK");
 inline constexpr uint32_t kGray = fourCc("GRAY");
+inline constexpr uint32_t kXyz = fourCc("XYZ ");
+inline constexpr uint32_t kLab = fourCc("Lab ");
 inline constexpr uint32_t kLut8 = fourCc("mft1");
 inline constexpr uint32_t kLut16 = fourCc("mft2");
 inline constexpr uint32_t kLutAToB = fourCc("mAB ");
 inline constexpr uint32_t kLutBToA = fourCc("mBA ");
+
+constexpr bool isConnectionSpace(uint32_t space) {
+    return space == kXyz || space == kLab;
+}
 
 inline uint32_t bigEndian16(const uint8_t* at) {
     return static_cast<uint32_t>(at[0]) << 8 | at[1];

@@ -52,7 +52,7 @@ Grid gridOfConversion(const Conversion& conversion) {
 bool betterInSteps(const Conversion& conversion, const ConversionRequest& request) {
     constexpr int kFewestPoints = 3;  // of a grid that counts as one
     const auto meets = [](uint32_t space, uint32_t channels) {
-        return (space == fourCc("XYZ ") || space == fourCc("Lab ")) && channels == 3;
+        return isConnectionSpace(space) && channels == 3;
     };
     const icXformDesc_t& from = conversion.from.desc;
     const icXformDesc_t& to = conversion.to.desc;
