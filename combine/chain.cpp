@@ -5,6 +5,7 @@
 #include <new>
 
 #include "combine/absolute_stage.h"
+#include "combine/black_white_stages.h"
 #include "eval/flare.h"
 #include "lumoxa/combine.h"
 #include "lumoxa/evaluate.h"
@@ -117,6 +118,8 @@ BoundKernel stageKernel(const icXformInternal& stage) {
          }},
         {kKindAbsolute, convertAbsolute},
         {kKindFlare, convertFlare},
+        {kKindPerceptualToRelative, convertPerceptualToRelative},
+        {kKindRelativeToPerceptual, convertRelativeToPerceptual},
     };
     for (const StageRow& row : kRows) {
         if (row.kind != stage.kind || stage.state == nullptr) continue;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// The ways to make a profile of existing bytes: a file kept open, a file read whole, an image.
+// The ways to make a profile of existing bytes: a file kept open, a file read whole, an image,
+// another profile.
 //
 // Profile bytes are hostile: no offset or size is believed before it has been compared with what is
 // there. Only the image without a length is trusted, because there is nothing to compare with.
@@ -9,6 +10,7 @@
 #include <utility>
 
 #include "lumoxa/profile.h"
+#include "lumoxa/tags.h"
 #include "profile/entry_guard.h"
 #include "profile/header_reader.h"
 #include "profile/profile_object.h"
@@ -58,21 +60,37 @@ class TagAdopter {
     icProfileInternal& profile_;
 };
 
-// Reads all tags of a file-backed profile and closes its file.
-int loadTags(icProfileInternal& profile) {
-    const TagListPtr offsets(std::exchange(profile.tagList, nullptr));
-    const std::optional<uint64_t> length = streamLength(profile.stream);
-    if (length && !tagsFit(*offsets, *length)) return icErrRead;
-    TagAdopter tags(profile, icTagsLoaded, static_cast<uint32_t>(offsets->count));
-    for (const icTag_safe64bit& entry : entriesOf(*offsets)) {
+// Reads all tags of a table of offsets from a file into a profile.
+int readTags(FILE* stream, icTagList_safe64bit& offsets, icProfileInternal& profile) {
+    const std::optional<uint64_t> length = streamLength(stream);
+    if (length && !tagsFit(offsets, *length)) return icErrRead;
+    TagAdopter tags(profile, icTagsLoaded, static_cast<uint32_t>(offsets.count));
+    for (const icTag_safe64bit& entry : entriesOf(offsets)) {
         CHeapPtr<uint8_t> bytes;
-        const int code = readFileBytes(profile.stream, static_cast<int64_t>(entry.location),
-                                       entry.size, entry.size, bytes);
+        const int code = readFileBytes(stream, static_cast<int64_t>(entry.location), entry.size,
+                                       entry.size, bytes);
         if (code != icSuccess) return code;
         tags.adopt(entry, std::move(bytes));
     }
-    std::fclose(std::exchange(profile.stream, nullptr));
     return icSuccess;
+}
+
+// Reads all tags of a file-backed profile and closes its file.
+int loadTags(icProfileInternal& profile) {
+    const TagListPtr offsets(std::exchange(profile.tagList, nullptr));
+    const int code = readTags(profile.stream, *offsets, profile);
+    if (code == icSuccess) std::fclose(std::exchange(profile.stream, nullptr));
+    return code;
+}
+
+// Copies tags that another profile holds in memory.
+void copyMemoryTags(icTagList_safe64bit& list, icProfileInternal& profile) {
+    TagAdopter tags(profile, icTagsLoaded, static_cast<uint32_t>(list.count));
+    for (const icTag_safe64bit& entry : entriesOf(list)) {
+        auto bytes = requireZeroed<uint8_t>(entry.size);
+        std::memcpy(bytes.get(), tagAddress(entry), entry.size);
+        tags.adopt(entry, std::move(bytes));
+    }
 }
 
 // Copies all tags out of an image.
@@ -151,4 +169,22 @@ int icProfileLoadFromBuffer(icCallerId_t, const void* image, icProfile_t* profil
 
 int icProfileLoadFromBuffer(icCallerId_t, const void* image, size_t length, icProfile_t* profile) {
     return lumoxa::loadImage(image, length, profile);
+}
+
+int icProfileCopy(icProfile_t profile, icProfile_t* copy) {
+    if (copy == nullptr) return icErrInvalid;
+    *copy = nullptr;
+    const icProfileInternal* original = lumoxa::validProfile(profile);
+    if (original == nullptr) return icErrInvalid;
+    return lumoxa::guarded([&] {
+        lumoxa::ProfilePtr made = lumoxa::newRecord();
+        made->header = original->header;
+        if (original->tagStorage != icTagsInFile) {
+            lumoxa::copyMemoryTags(*original->tagList, *made);
+        } else if (const int code = lumoxa::readTags(original->stream, *original->tagList, *made)) {
+            return code;
+        }
+        *copy = made.release();
+        return icSuccess;
+    });
 }

@@ -57,6 +57,7 @@ void icXformFree(icXform_t handle) {
     icXformInternal* xform = writable(handle);
     if (xform == nullptr || --xform->refCount >= 1) return;
     if (xform->releaseState != nullptr) xform->releaseState(xform->state);
+    dropBlackWhite(xform->blackWhite);
     delete xform->tetraState;
     delete xform->pentaState;
     std::free(xform->tagData);

@@ -10,6 +10,7 @@
 #include "lut/penta.h"
 #include "lut/tetra.h"
 #include "profile/signatures.h"
+#include "xform/black_white.h"
 
 namespace lumoxa {
 
@@ -22,6 +23,8 @@ inline constexpr uint32_t kKindLabToXyz = fourcc("LtoX");
 inline constexpr uint32_t kKindXyzToLab = fourcc("XtoL");
 inline constexpr uint32_t kKindAbsolute = fourcc("AbsX");
 inline constexpr uint32_t kKindFlare = fourcc("Flar");
+inline constexpr uint32_t kKindPerceptualToRelative = fourcc("PtoR");
+inline constexpr uint32_t kKindRelativeToPerceptual = fourcc("RtoP");
 
 }  // namespace lumoxa
 
@@ -49,7 +52,8 @@ struct icXformInternal {
     lumoxa::icLutTetraState_t* tetraState;
     lumoxa::icLutPentaState_t* pentaState;
     void (*releaseState)(void* state);
-    uint64_t reserved[2];
+    lumoxa::icBlackWhite_t* blackWhite;  // of a device, once a stage has asked for it; counted
+    uint64_t reserved;
 };
 static_assert(sizeof(icXformInternal) == 120);
 

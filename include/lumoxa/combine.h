@@ -142,3 +142,26 @@ LUMOXA_API int icBuild2LabXform(int count, const icXform_t* chain, icXform_t* ou
 /// As the form with options, with options 0.
 LUMOXA_API int icBuild2LabXform(int count, const icXform_t* chain, icXform_t* out,
                                 int* failingLink);
+
+/// Makes the stage that squeezes L* 0..100 of a perceptual rendering into the range between the
+/// darkest and the lightest colour of a device, and shifts a* and b* along (kind 'PtoR', Lab to
+/// Lab). For chains: it converts nothing by itself.
+///
+/// Black and white are what the transform gives for pixels of all 0 and all 65535. They are found
+/// when the first of these stages is asked for and kept with the transform, which this call
+/// therefore writes to: it belongs to the one thread that also shares and releases the transform.
+///
+/// @param xform  a transform from a device with RGB input to a connection space
+/// @return the stage, released with `icXformFree`, also after `xform`; null for a null transform,
+///         for other inputs than RGB, for more than 16 channels and without memory. When black and
+///         white can't be found, since the transform does not end in a connection space or
+///         converts nothing, the stage has none, and a chain with it is icErrXformKind.
+LUMOXA_API icXform_t icGetPerceptualToRelativeXform(icXform_t xform);
+
+/// Makes the stage that does the reverse (kind 'RtoP'): stretches the L* between a device's darkest
+/// and lightest colour to 0..100, and limits what lies outside. a* and b* pass unchanged, up to
+/// 65280. Where black and white have the same L*, what is darker becomes 0 and the rest 100.
+///
+/// @param xform  a transform from a device, with any inputs, to a connection space
+/// @return as the other stage; null also when black and white can't be found
+LUMOXA_API icXform_t icGetRelativeToPerceptualXform(icXform_t xform);

@@ -9,5 +9,6 @@
 #include "lumoxa/export.h"
 #include "lumoxa/frame.h"
 #include "lumoxa/profile.h"
+#include "lumoxa/tags.h"
 #include "lumoxa/types.h"
 #include "lumoxa/xform.h"

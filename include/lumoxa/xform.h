@@ -152,6 +152,26 @@ LUMOXA_API int icBuildTrcMatrixXform(icProfileInternal* profile, icXformInternal
 LUMOXA_API int icBuildMatrixTrcXform(icProfileInternal* profile, icXformInternal* xform,
                                      icRenderingIntent intent);
 
+/// Stores a transform made from a lut8 or lut16 tag, or by a combination, as a tag of a profile:
+/// 'A2B0', 'A2B1', 'A2B2' for transType 1 and intents 0, 1, 2, 'B2A0' and so on for transType 2,
+/// 'gamt' for transType 3. Absolute colorimetry stores the relative colorimetric tag, from which it
+/// is read. A tag of that signature is replaced, the first where several have it.
+///
+/// The tag is two (lut16) or three (lut8) zero bytes longer than its own layout. The header's size
+/// field follows roughly: the data's size, and 24 for an entry that is added.
+///
+/// @param profile    an editable profile; on failure it is as it was
+/// @param type       'mft1' or 'mft2' to insist on that precision; the tag has the transform's own
+/// @param intent     0..3
+/// @param transType  1..3, also for a combination, which bears 4
+/// @param xform      transform to store, only read
+/// @return 0; icErrInvalid when `profile` is null, no profile or file-backed, or an intent or
+///         transType is none of those; icErrXformKind for a null transform, one of another kind
+///         ('mAB ' and 'mBA ' among them), 'mft1' asked of an 'mft2' transform or the other way
+///         round; icErrNoMemory
+LUMOXA_API int icXformSet(icProfile_t profile, icTagTypeSignature type, icRenderingIntent intent,
+                          icTransType transType, icXform_t xform);
+
 /// Converts a LUT tag ('mft1', 'mft2', 'mAB ', 'mBA ') in place from file byte order to host order:
 /// all but the type signature, which the tag readers have converted. Other tags stay untouched.
 ///

@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "combine/black_white_stages.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <memory>
+
+#include "eval/kernel.h"
+#include "lumoxa/combine.h"
+#include "lumoxa/evaluate.h"
+#include "profile/entry_guard.h"
+#include "profile/pcs_encoding.h"
+#include "xform/xform_object.h"
+
+namespace lumoxa {
+namespace {
+
+constexpr uint32_t kMaxChannels = 16;
+
+// CIE 15, as in the tables of the XYZ-to-Lab stage, but without a table for two pixels: f(t) =
+// t^(1/3) above 0.008856, else 7.787 t + 16/116; L* = 116 f - 16, a* = 500 (fx - fy), b* = 200
+// (fy - fz).
+constexpr float kLinearBelow = 0.008856f;
+constexpr float kLinearSlope = 7.787f;
+constexpr float kLinearOffset = 0.13793103f;  // 16 / 116
+constexpr float kLScale = 652.8f;             // 65280 / 100
+constexpr float kAPerF = 128000.0f;           // 500 x 256
+constexpr float kBPerF = 51200.0f;            // 200 x 256
+
+using LabPixel = std::array<uint16_t, 3>;
+
+float fOf(uint16_t sample, uint16_t white) {
+    const float t = static_cast<float>(sample) / static_cast<float>(white);
+    if (t < kLinearBelow) return kLinearSlope * t + kLinearOffset;
+    return t <= 1.0f ? std::pow(t, 1.0f / 3.0f) : 1.0f;  // brighter than the white is the white
+}
+
+uint16_t chroma(float value) {
+    return static_cast<uint16_t>(static_cast<uint32_t>(kLabNeutral) +
+                                 static_cast<uint32_t>(truncated(value)));
+}
+
+LabPixel labOfXyz(const LabPixel& xyz, const uint16_t (&white)[3]) {
+    const float fX = fOf(xyz[0], white[0]);
+    const float fY = fOf(xyz[1], white[1]);
+    const float fZ = fOf(xyz[2], white[2]);
+    return {static_cast<uint16_t>(truncated((fY * 116.0f - 16.0f) * kLScale + 0.5f)),
+            chroma((fX - fY) * kAPerF), chroma((fY - fZ) * kBPerF)};
+}
+
+icPixelLayout_t twoPixels(uint16_t* samples, uint32_t channels) {
+    icPixelLayout_t layout = {};
+    layout.dataType = icSamples16;
+    layout.contiguous = 1;
+    layout.pixelCount = 2;
+    layout.lineCount = 1;
+    layout.channelCount = static_cast<int32_t>(channels);
+    layout.pixelStep = layout.channelCount * 2;
+    layout.lineStep = layout.channelCount * 4;
+    layout.channelData[0] = samples;
+    return layout;
+}
+
+/// What a device transform gives for all channels at 0 and all at 65535; null where that is no
+/// colour of a connection space.
+std::unique_ptr<icBlackWhite_t> findBlackWhite(const icXformInternal& xform) {
+    constexpr uint32_t kLabChannels = 3;
+    if (!isConnectionSpace(xform.outSpace) || xform.outChannels != kLabChannels) return nullptr;
+    std::array<uint16_t, 2 * kMaxChannels> device = {};
+    std::fill_n(device.begin() + xform.inChannels, xform.inChannels, uint16_t{65535});
+    std::array<uint16_t, 2 * kLabChannels> results = {};
+    const icPixelLayout_t source = twoPixels(device.data(), xform.inChannels);
+    const icPixelLayout_t destination = twoPixels(results.data(), kLabChannels);
+    if (icEvaluate(&xform, &source, &destination, nullptr, nullptr) != icSuccess) return nullptr;
+
+    LabPixel lighter = {results[0], results[1], results[2]};
+    LabPixel darker = {results[3], results[4], results[5]};
+    if (xform.outSpace == kSpaceXyz) {
+        lighter = labOfXyz(lighter, xform.pcsWhite);
+        darker = labOfXyz(darker, xform.pcsWhite);
+    }
+    if (darker[0] > lighter[0]) std::swap(lighter, darker);
+    auto found = std::make_unique<icBlackWhite_t>();
+    found->refCount = 1;
+    std::copy(lighter.begin(), lighter.end(), found->white);
+    std::copy(darker.begin(), darker.end(), found->black);
+    return found;
+}
+
+/// Black and white of a transform, found when first asked for and kept with it.
+icBlackWhite_t* blackWhiteOf(icXformInternal& xform) {
+    if (xform.blackWhite == nullptr) xform.blackWhite = findBlackWhite(xform).release();
+    return xform.blackWhite;
+}
+
+XformPtr makeStage(uint32_t kind, icXformInternal& xform) {
+    XformPtr stage = newXform();
+    stage->kind = kind;
+    std::copy_n(xform.pcsWhite, 3, stage->pcsWhite);
+    std::copy_n(xform.mediaWhite, 3, stage->mediaWhite);
+    stage->inSpace = stage->outSpace = kSpaceLab;
+    stage->inChannels = stage->outChannels = 3;
+    stage->state = shareBlackWhite(blackWhiteOf(xform));
+    stage->releaseState = [](void* shared) {
+        dropBlackWhite(static_cast<icBlackWhite_t*>(shared));
+    };
+    return stage;
+}
+
+icXform_t stageOrNull(uint32_t kind, icXform_t xform) {
+    icXform_t stage = nullptr;
+    guarded([&] {
+        if (xform->inChannels <= kMaxChannels) {
+            stage = makeStage(kind, *writable(xform)).release();
+        }
+        return icSuccess;
+    });
+    return stage;
+}
+
+uint16_t clippedLab(int value) {
+    return static_cast<uint16_t>(std::clamp(value, 0, int{kLabLMax}));
+}
+
+void squeeze(const icBlackWhite_t& s, const uint16_t* source, uint16_t* destination,
+             ptrdiff_t pixels) {
+    float span[3];
+    float base[3];
+    for (int c = 0; c < 3; ++c) {
+        span[c] = static_cast<float>(s.white[c] - s.black[c]);
+        base[c] = static_cast<float>(s.black[c] - (c == 0 ? 0 : kLabNeutral));
+    }
+    for (ptrdiff_t i = 0; i < pixels; ++i, source += 3, destination += 3) {
+        const float t = static_cast<float>(source[0]) / static_cast<float>(kLabLMax);
+        const int a = source[1];
+        const int b = source[2];
+        destination[0] = clippedLab(truncated(span[0] * t + base[0]));
+        destination[1] = clippedLab(truncated(span[1] * t + base[1]) + a);
+        destination[2] = clippedLab(truncated(span[2] * t + base[2]) + b);
+    }
+}
+
+void stretch(const icBlackWhite_t& s, const uint16_t* source, uint16_t* destination,
+             ptrdiff_t pixels) {
+    const int range = s.white[0] - s.black[0];
+    for (ptrdiff_t i = 0; i < pixels; ++i, source += 3, destination += 3) {
+        const int aboveBlack = source[0] - s.black[0];
+        // A device without range, where a division would give no number: a threshold.
+        int lightness = aboveBlack < 0 ? 0 : int{kLabLMax};
+        if (range != 0) {
+            const float t = static_cast<float>(aboveBlack) / static_cast<float>(range);
+            lightness = truncated(t * static_cast<float>(kLabLMax));
+        }
+        destination[0] = clippedLab(lightness);
+        destination[1] = std::min(source[1], kLabLMax);
+        destination[2] = std::min(source[2], kLabLMax);
+    }
+}
+
+template <void (*Body)(const icBlackWhite_t&, const uint16_t*, uint16_t*, ptrdiff_t)>
+void convert(const void* state, const void* source, void* destination, int pixels) {
+    runOnAllCores<icBlackWhite_t, Body>(*static_cast<const icBlackWhite_t*>(state),
+                                        static_cast<const uint16_t*>(source),
+                                        static_cast<uint16_t*>(destination), pixels, 3, 3);
+}
+
+}  // namespace
+
+void convertPerceptualToRelative(const void* state, const void* source, void* destination,
+                                 int pixels) {
+    convert<squeeze>(state, source, destination, pixels);
+}
+
+void convertRelativeToPerceptual(const void* state, const void* source, void* destination,
+                                 int pixels) {
+    convert<stretch>(state, source, destination, pixels);
+}
+
+}  // namespace lumoxa
+
+using namespace lumoxa;
+
+icXform_t icGetPerceptualToRelativeXform(icXform_t xform) {
+    if (xform == nullptr || xform->inSpace != kSpaceRgb) return nullptr;
+    return stageOrNull(kKindPerceptualToRelative, xform);
+}
+
+icXform_t icGetRelativeToPerceptualXform(icXform_t xform) {
+    if (xform == nullptr) return nullptr;
+    icXform_t stage = stageOrNull(kKindRelativeToPerceptual, xform);
+    if (stage != nullptr && stage->state == nullptr) {
+        icXformFree(stage);
+        return nullptr;
+    }
+    return stage;
+}
