@@ -104,7 +104,7 @@ int copyTags(const uint8_t* image, uint64_t length, icProfileInternal& profile) 
     for (const icTag_safe64bit& entry : entriesOf(*offsets)) {
         auto bytes = allocateZeroed<uint8_t>(entry.size);
         if (bytes == nullptr) return icErrNoMemory;
-        std::memcpy(bytes.get(), image + entry.location, entry.size);
+        if (entry.size != 0) std::memcpy(bytes.get(), image + entry.location, entry.size);
         tags.adopt(entry, std::move(bytes));
     }
     return icSuccess;

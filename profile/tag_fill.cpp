@@ -24,8 +24,9 @@ constexpr size_t kCurveOverhead = kBody + 4 + 2;
 // every one made so far.
 constexpr size_t kDescriptionOverhead = kBody + 4 + 1 + (4 + 4) + (2 + 1 + 67) + 3;
 
-/// s15Fixed16, rounded up from the half. Out of range, the lower 32 bits of the 64-bit integer are
-/// kept, of which there are none (0) where the value has no such integer.
+/// s15Fixed16: half a step is added and the fraction dropped, so that negative values are rounded
+/// towards zero. Out of range, the lower 32 bits of the 64-bit integer are kept, which are 0 where
+/// the value has no such integer.
 uint32_t fixed16(float value) {
     constexpr double kInt64Range = 9223372036854775808.0;  // 2^63
     const double scaled = static_cast<double>(value) * 65536.0 + 0.5;

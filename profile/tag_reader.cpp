@@ -37,6 +37,10 @@ int handOutCopy(const void* base, uint64_t offset, uint32_t size, icTagBase** ou
 
 int readFileBytes(FILE* stream, int64_t offset, uint32_t size, size_t blockSize,
                   CHeapPtr<uint8_t>& out) {
+    if (size == 0) {
+        out = requireZeroed<uint8_t>(blockSize);
+        return icSuccess;
+    }
     const auto length = streamLength(stream);
     if (offset < 0 || !length || !fits(static_cast<uint64_t>(offset), size, *length)) {
         return icErrRead;

@@ -78,7 +78,8 @@ LUMOXA_API int icTagRemove(icProfile_t profile, icTagSignature signature);
 
 /// Makes an 'XYZ ' tag (ICC.1, 10.31), such as a white point.
 ///
-/// @param X, Y, Z  1.0 is the luminance of a perfect white; stored as s15Fixed16, rounded
+/// @param X, Y, Z  1.0 is the luminance of a perfect white; stored as s15Fixed16: half a
+///                 step is added and the fraction dropped
 /// @param tag      receives the block; null on failure
 /// @return 20, the size in bytes; 0 for a null `tag` or without memory
 LUMOXA_API int icFillWhitePoint(float X, float Y, float Z, icTagBase** tag);
@@ -114,8 +115,8 @@ LUMOXA_API int icProfileCopy(icProfile_t profile, icProfile_t* copy);
 
 /// Writes a profile to a file, replacing what the file holds. Save a copy (`icProfileCopy`) to go
 /// on with the profile: this call leaves the handle's header in file byte order, so that it no
-/// longer counts as a profile and can only be released. Deliberate; a second save of the same
-/// handle is icErrInvalid.
+/// longer counts as a profile and is to be released. Deliberate; a second save of the same handle
+/// is icErrInvalid.
 ///
 /// Each tag starts at a multiple of four bytes, in the order of the table; tags with the same bytes
 /// are written once. The size field becomes the end of the last tag, rounded up to a multiple of

@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// The stages between a perceptual rendering and the range of a device.
+#include "combine/black_white_stages.h"
+
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/seeded_random.h"
+#include "tests/support/xforms.h"
+#include "xform/xform_object.h"
+
+namespace lumoxa_test {
+namespace {
+
+// A device that gives one colour for all channels at 0 and another one for all at 65535, and grey
+// in the other corners of its grid.
+OwnedXform device(const Samples& atZero, const Samples& atFull, const char* in = "RGB ",
+                  const char* out = "Lab ", uint32_t inputs = 3) {
+    const size_t outputs = atZero.size();
+    Samples clut(power(2, inputs) * outputs, 30000);
+    std::copy(atZero.begin(), atZero.end(), clut.begin());
+    std::copy(atFull.begin(), atFull.end(), clut.end() - static_cast<ptrdiff_t>(outputs));
+    const Bytes tag = gridTag(inputs, static_cast<uint32_t>(outputs), 2, clut);
+    return requested(lutProfile(tag, in, out), 1, icDeviceToPcs);
+}
+
+OwnedXform squeezing(const OwnedXform& x) {
+    return OwnedXform(icGetPerceptualToRelativeXform(x.get()));
+}
+
+OwnedXform stretching(const OwnedXform& x) {
+    return OwnedXform(icGetRelativeToPerceptualXform(x.get()));
+}
+
+// A stage applied to pixels, as a chain applies it.
+Samples through(const OwnedXform& stage, const Samples& pixels) {
+    if (stage == nullptr || stage->state == nullptr) return {};
+    Samples out(pixels.size());
+    const auto run = stage->kind == fourcc("PtoR") ? lumoxa::convertPerceptualToRelative
+                                                   : lumoxa::convertRelativeToPerceptual;
+    run(stage->state, pixels.data(), out.data(), static_cast<int>(pixels.size() / 3));
+    return out;
+}
+
+const Samples kBlack = {6528, 33000, 32000}, kWhite = {58752, 32500, 34000};
+const Samples kEnds = {0, 32768, 32768, 65280, 32768, 32768};  // of a perceptual rendering
+
+Samples joined(Samples a, const Samples& b) {
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
+
+TEST(BlackWhiteStages, DescribeThemselvesWrongly) {
+    const OwnedXform x = device(kBlack, kWhite), toRelative = squeezing(x),
+                     toPerceptual = stretching(x);
+    for (const auto& [stage, kind] :
+         {std::pair{toRelative.get(), 0x50746F52U}, {toPerceptual.get(), 0x52746F50U}}) {
+        const icXformDesc_t d = described(stage);
+        EXPECT_EQ(d.kind, kind);
+        EXPECT_TRUE(d.inSpace == fourcc("Lab ") && d.outSpace == fourcc("Lab "));
+        EXPECT_TRUE(d.inChannels == 3 && d.outChannels == 3);
+        converted(stage, {1, 2, 3}, 16, 16, icErrXformKind);  // for chains only
+    }
+}
+
+TEST(BlackWhiteStages, ChangeTheFullRange) {
+    const OwnedXform x = device({0, 32768, 32768}, {65280, 32768, 32768});
+    const Samples pixels = SeededRandom(3).samples(3000);
+    Samples expected = pixels;
+    for (uint16_t& sample : expected)
+        sample = std::min(sample, uint16_t{65280});
+    EXPECT_LE(largestDifference(through(squeezing(x), pixels), expected), 1);
+    EXPECT_LE(largestDifference(through(stretching(x), pixels), expected), 1);
+    const Samples over = {65281, 65281, 65281, 65535, 65535, 65535};
+    for (const OwnedXform& stage : {squeezing(x), stretching(x)})
+        EXPECT_EQ(through(stage, over), Samples(6, 65280));
+}
+
+uint16_t limited(double value) {
+    return static_cast<uint16_t>(std::clamp(value, 0.0, 65280.0));
+}
+
+TEST(BlackWhiteStages, BendTheirScales) {
+    const OwnedXform x = device(kBlack, kWhite);
+    Samples pixels = SeededRandom(5).samples(3000), relative, perceptual;
+    pixels.insert(pixels.end(), {65280, 0, 65400, 0, 65400, 0});  // a* and b* beyond their ends
+    for (size_t i = 0; i < pixels.size(); i += 3) {
+        const double t = pixels[i] / 65280.0;
+        const double range = kWhite[0] - kBlack[0];
+        relative.push_back(limited(kBlack[0] + t * range));
+        perceptual.push_back(limited((pixels[i] - kBlack[0]) / range * 65280));
+        for (size_t c = 1; c < 3; ++c) {
+            const double shift = kBlack[c] + t * (kWhite[c] - kBlack[c]) - 32768;
+            relative.push_back(limited(pixels[i + c] + shift));
+            perceptual.push_back(limited(pixels[i + c]));
+        }
+    }
+    EXPECT_LE(largestDifference(through(squeezing(x), pixels), relative), 1);
+    EXPECT_LE(largestDifference(through(stretching(x), pixels), perceptual), 2);
+    EXPECT_EQ(through(squeezing(x), kEnds), joined(kBlack, kWhite));
+    const Samples ends = through(stretching(x), joined(kBlack, kWhite));
+    EXPECT_TRUE(ends[0] == 0 && ends[3] == 65280);
+}
+
+TEST(BlackWhiteStages, MistakeBlackForWhite) {
+    const Samples ends = joined(kBlack, kWhite);
+    // Lighter at 0: a negative, or inks.
+    for (const OwnedXform& x : {device(kWhite, kBlack), device(kBlack, kWhite)})
+        EXPECT_EQ(through(squeezing(x), kEnds), ends);
+    const OwnedXform press = device(kWhite, kBlack, "CMYK", "Lab ", 4);
+    EXPECT_EQ(through(stretching(press), {6527, 1, 2, 6528, 1, 2, 58752, 1, 2, 58753, 1, 2}),
+              (Samples{0, 1, 2, 0, 1, 2, 65280, 1, 2, 65280, 1, 2}));
+}
+
+TEST(BlackWhiteStages, DivideByNoRange) {
+    const OwnedXform x = device({20000, 32768, 32768}, {20000, 32768, 32768});
+    EXPECT_EQ(through(stretching(x), {0, 1, 2, 19999, 1, 2, 20000, 1, 2, 65535, 1, 2}),
+              (Samples{0, 1, 2, 0, 1, 2, 65280, 1, 2, 65280, 1, 2}));
+    EXPECT_EQ(through(squeezing(x), kEnds), (Samples{20000, 32768, 32768, 20000, 32768, 32768}));
+}
+
+// CIE 15 in double precision; 1.0 = 32768 in XYZ, and nothing is lighter than the white.
+Samples labOf(const Samples& xyz) {
+    const double white[3] = {31595, 32768, 27030};
+    double f[3];
+    for (size_t c = 0; c < 3; ++c) {
+        const double t = std::min(xyz[c] / white[c], 1.0);
+        f[c] = t < 0.008856 ? 7.787 * t + 16 / 116.0 : std::cbrt(t);
+    }
+    return {uint16_t(652.8 * (116 * f[1] - 16) + 0.5), uint16_t(32768 + 128000 * (f[0] - f[1])),
+            uint16_t(32768 + 51200 * (f[1] - f[2]))};
+}
+
+TEST(BlackWhiteStages, MeasureXyzDevicesWrongly) {
+    const struct {
+        Samples black, white;
+    } cases[] = {{{0, 0, 0}, {31595, 32768, 27030}},
+                 {{100, 120, 300}, {25000, 28000, 15000}},   // below and above the linear part
+                 {{900, 700, 400}, {40000, 32768, 27030}}};  // X beyond the white
+    for (const auto& c : cases) {
+        const OwnedXform x = device(c.black, c.white, "RGB ", "XYZ ");
+        EXPECT_LE(
+            largestDifference(through(squeezing(x), kEnds), joined(labOf(c.black), labOf(c.white))),
+            2)
+            << c.black[0];
+    }
+    const OwnedXform display = requested(rgbProfile({curveTag({563})}, "scnr"), 1, icDeviceToPcs);
+    EXPECT_LE(largestDifference(through(squeezing(display), kEnds), kEnds), 20);
+}
+
+TEST(BlackWhiteStages, FailInsideAChain) {
+    const OwnedXform x = device(kBlack, kWhite), toRelative = squeezing(x),
+                     toPerceptual = stretching(x);
+    const OwnedXform lab = requested(lutProfile(gridTag(3, 3, 2, {}), "Lab ", "Lab "), 1, 1);
+    const Samples ends = joined(kBlack, kWhite);
+    expectNear(combined({x.get(), toPerceptual.get()}), {0, 0, 0, 65535, 65535, 65535},
+               through(toPerceptual, ends), 2);
+    const Samples pixels = {65535, 40000, 30000, 0, 32768, 32768};
+    expectNear(combined({lab.get(), toRelative.get(), lab.get()}), pixels,
+               through(toRelative, pixels), 3);
+}
+
+TEST(BlackWhiteStages, TakeWhatHasNoBlackAndWhite) {
+    EXPECT_EQ(icGetPerceptualToRelativeXform(nullptr), nullptr);
+    EXPECT_EQ(icGetRelativeToPerceptualXform(nullptr), nullptr);
+    EXPECT_EQ(squeezing(device(kWhite, kBlack, "CMYK", "Lab ", 4)), nullptr);  // not RGB
+
+    const OwnedXform sources[] = {device({1, 2, 3, 4}, {5, 6, 7, 8}, "RGB ", "CMYK"),
+                                  device(kBlack, kWhite, "RGB ", "RGB "),
+                                  requested(rgbProfile({curveTag({563})}, "scnr"), 1, 7)};
+    EXPECT_EQ(described(sources[2].get()).kind, 0U);
+    for (const OwnedXform& source : sources) {
+        EXPECT_EQ(stretching(source), nullptr);
+        const OwnedXform stage = squeezing(source);
+        ASSERT_NE(stage, nullptr);
+        combined({stage.get()}, 0, icErrXformKind);
+    }
+}
+
+// They share what they were made of, and the last one takes it along.
+TEST(BlackWhiteStages, OutliveTheTransformInSomeOrdersOnly) {
+    std::vector<size_t> order = {0, 1, 2, 3};
+    do {
+        OwnedXform holders[4];
+        holders[0] = device(kBlack, kWhite);
+        for (size_t i = 1; i < 4; ++i)
+            holders[i] = i == 2 ? stretching(holders[0]) : squeezing(holders[0]);
+        const Samples relative = through(holders[1], kEnds), stretched = through(holders[2], kEnds);
+        for (const size_t released : order) {
+            holders[released].reset();
+            for (size_t i = 1; i < 4; ++i) {
+                if (holders[i] == nullptr) continue;
+                EXPECT_EQ(through(holders[i], kEnds), i == 2 ? stretched : relative);
+            }
+        }
+    } while (std::next_permutation(order.begin(), order.end()));
+}
+
+}  // namespace
+}  // namespace lumoxa_test
