@@ -37,7 +37,7 @@ int handOutCopy(const void* base, uint64_t offset, uint32_t size, icTagBase** ou
 
 int readFileBytes(FILE* stream, int64_t offset, uint32_t size, size_t blockSize,
                   CHeapPtr<uint8_t>& out) {
-    if (size == 0) {
+    if (size == 0 && offset >= 0) {  // an empty tag may lie behind the end
         out = requireZeroed<uint8_t>(blockSize);
         return icSuccess;
     }

@@ -112,8 +112,9 @@ TEST(TagReader, RefusesTagsOutsideTheFile) {
     };
     const uint64_t end = std::filesystem::file_size(file.file.path());
     for (const auto& [location, size] :
-         {std::pair{end - 19, 20U}, {end + 1, 0U}, {0, 0xFFFFFFFFU}, {0xFFFFFFFFU, 2U}})
+         {std::pair{end - 19, 20U}, {end + 1, 1U}, {0, 0xFFFFFFFFU}, {0xFFFFFFFFU, 2U}})
         EXPECT_EQ(code(location, size), icErrRead) << location;
+    EXPECT_EQ(code(end + 3, 0), 0);
     std::filesystem::resize_file(file.file.path(), 0x80000010U);  // sparse
     EXPECT_EQ(code(0x7FFFFFF8U, 16), 0);
     EXPECT_EQ(code(0x80000000U, 16), icErrRead);
