@@ -111,7 +111,7 @@ XformPtr makeStage(uint32_t kind, icXformInternal& xform) {
 icXform_t stageOrNull(uint32_t kind, icXform_t xform) {
     icXform_t stage = nullptr;
     guarded([&] {
-        if (xform->inChannels <= kMaxChannels) {
+        if (std::max(xform->inChannels, xform->outChannels) <= kMaxChannels) {
             stage = makeStage(kind, *writable(xform)).release();
         }
         return icSuccess;

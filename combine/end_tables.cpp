@@ -43,6 +43,29 @@ bool isDisplay(uint32_t space, const icXformInternal& xform) {
     return space == kSpaceRgb && xform.deviceClass == kClassDisplay;
 }
 
+/// What a record says of its conversion, and its states, of which the copy owns none. Holders and
+/// black and white are left out: the caller may be changing them on another thread.
+icXformInternal unownedCopy(const icXformInternal& stage) {
+    icXformInternal copy{};
+    copy.kind = stage.kind;
+    std::copy_n(stage.pcsWhite, 3, copy.pcsWhite);
+    std::copy_n(stage.mediaWhite, 3, copy.mediaWhite);
+    copy.intent = stage.intent;
+    copy.transType = stage.transType;
+    copy.inSpace = stage.inSpace;
+    copy.outSpace = stage.outSpace;
+    copy.deviceClass = stage.deviceClass;
+    copy.inChannels = stage.inChannels;
+    copy.outChannels = stage.outChannels;
+    copy.gridPoints = stage.gridPoints;
+    copy.inTableEntries = stage.inTableEntries;
+    copy.outTableEntries = stage.outTableEntries;
+    copy.state = stage.state;
+    copy.tetraState = stage.tetraState;
+    copy.pentaState = stage.pentaState;
+    return copy;
+}
+
 template <class Change>
 void changeTables(int channels, int entries, uint16_t* (Lut16View::*table)(int) const,
                   const Lut16View& lut, Change change) {
@@ -104,9 +127,7 @@ void removeDisplayBlack(const icXformInternal& first, const icXformInternal& las
     });
 }
 
-StageWithoutCurves::StageWithoutCurves(const icXformInternal& stage) : record_(stage) {
-    record_.releaseState = nullptr;  // the copy owns nothing that the record leads to
-    record_.tagData = nullptr;
+StageWithoutCurves::StageWithoutCurves(const icXformInternal& stage) : record_(unownedCopy(stage)) {
     if (stage.kind == kKindTrcMatrix || stage.kind == kKindMatrixTrc) {
         matrix_ = matrixState(stage);
         record_.state = &matrix_;

@@ -2,6 +2,7 @@
 //
 // Descriptions and copyrights as single-byte text, out of the text types of ICC versions 2 and 4.
 #include <algorithm>
+#include <cstddef>
 #include <limits>
 
 #include "lumoxa/tags.h"
@@ -15,9 +16,9 @@
 namespace lumoxa {
 namespace {
 
-constexpr uint32_t kTextStart = 8;          // of a textType
-constexpr uint32_t kDescriptionCount = 8;   // of a textDescriptionType
-constexpr uint32_t kDescriptionStart = 12;  // its ASCII part
+constexpr uint32_t kTextStart = sizeof(icTagBase);         // of a textType
+constexpr uint32_t kDescriptionCount = sizeof(icTagBase);  // of a textDescriptionType
+constexpr uint32_t kDescriptionStart = kDescriptionCount + 4;
 constexpr uint32_t kFirstRecord = sizeof(icMultiLocalizedUnicodeType);
 constexpr uint32_t kRecordSize = 12;
 
@@ -26,8 +27,13 @@ class LocalizedTexts {
   public:
     explicit LocalizedTexts(const void* tag) : bytes_(static_cast<const uint8_t*>(tag)) {}
 
-    uint32_t count() const { return loadFileOrder<uint32_t>(bytes_ + 8); }
-    uint32_t recordSize() const { return loadFileOrder<uint32_t>(bytes_ + 12); }
+    uint32_t count() const {
+        return loadFileOrder<uint32_t>(bytes_ + offsetof(icMultiLocalizedUnicodeType, count));
+    }
+    uint32_t recordSize() const {
+        return loadFileOrder<uint32_t>(bytes_ + offsetof(icMultiLocalizedUnicodeType, recordSize));
+    }
+    // A record: language and country, 16 bits each, then these two.
     uint32_t length(uint32_t i) const { return loadFileOrder<uint32_t>(record(i) + 4); }
     uint32_t offset(uint32_t i) const { return loadFileOrder<uint32_t>(record(i) + 8); }
     const uint8_t* text(uint32_t i) const { return bytes_ + offset(i); }
