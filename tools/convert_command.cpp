@@ -4,6 +4,7 @@
 #include <chrono>
 #include <iomanip>
 #include <iostream>
+#include <optional>
 
 #include "tools/interrupt.h"
 #include "tools/output_file.h"
@@ -25,6 +26,7 @@ double secondsSince(Clock::time_point start) {
 }
 
 constexpr const char* kNameProfile = "name the image's profile with --from";
+constexpr const char* kOtherLink = "give a link that starts from the image's colours";
 
 struct FileName {
     std::string path;
@@ -43,7 +45,8 @@ bool hasOptions(const std::string& input) {
 }
 
 // Throws an InputError when the profile describes other pixels than the image has.
-void requireFit(const std::string& input, const SourceImage& source, const Profile& profile) {
+void requireFit(const std::string& input, const SourceImage& source, const Profile& profile,
+                const char* remedy = kNameProfile) {
     const int wanted = channelsOfSpace(profile.space());
     const bool sameSpace = source.space == 0 || source.space == profile.space();
     if (wanted == source.colourBands && sameSpace) return;
@@ -51,7 +54,7 @@ void requireFit(const std::string& input, const SourceImage& source, const Profi
     if (source.space != 0) image += " " + spaceText(source.space);
     throw InputError(input + ": has " + image + " channels, but " + profile.name() + " is for " +
                          std::to_string(wanted) + " " + spaceText(profile.space()) + " channels",
-                     kNameProfile);
+                     remedy);
 }
 
 void printNote(const ConvertArguments& arguments, const std::string& text) {
@@ -133,8 +136,12 @@ std::string writeError(const std::string& temporary, const std::string& output) 
 }
 
 // Says in the metadata what the pixels are now.
-void describePixels(VipsImage* image, const Profile& to) {
-    vips_image_set_blob_copy(image, VIPS_META_ICC_NAME, to.bytes().data(), to.bytes().size());
+void describePixels(VipsImage* image, const std::optional<Profile>& to) {
+    if (to) {
+        vips_image_set_blob_copy(image, VIPS_META_ICC_NAME, to->bytes().data(), to->bytes().size());
+    } else {
+        vips_image_remove(image, VIPS_META_ICC_NAME);
+    }
     // Cameras write 1, sRGB, here, and some readers believe it more than the profile: 65535 is
     // Exif's word for any other space.
     constexpr const char* kExifSpace = "exif-ifd2-ColorSpace";
@@ -145,10 +152,11 @@ void describePixels(VipsImage* image, const Profile& to) {
 
 void convertFile(const ConvertArguments& arguments, const FileName& name,
                  const OutputFormat& format, SourceImage source, const PixelPlan& plan,
-                 const Profile& to) {
+                 const std::optional<Profile>& to) {
     OutputFile file(name.path);
-    ImageHandle image = convertPixels(source.image.get(), plan,
-                                      interpretationOf(to.space(), plan.targetSixteenBits));
+    ImageHandle image =
+        convertPixels(source.image.get(), plan,
+                      interpretationOf(plan.conversion->desc.outSpace, plan.targetSixteenBits));
     if (!image) throw InputError(arguments.input + ": " + takeVipsError());
     describePixels(image.get(), to);
     followProgress(image.get(), arguments.quiet);
@@ -164,16 +172,21 @@ void convertFile(const ConvertArguments& arguments, const FileName& name,
     file.commit();
 }
 
-void printReport(const ConvertArguments& arguments, const FileName& name, const Profile& from,
-                 const Profile& to, const Conversion& conversion, const PixelPlan& plan, int width,
-                 int height, double seconds) {
+void printReport(const ConvertArguments& arguments, const FileName& name,
+                 const Conversion& conversion, const PixelPlan& plan, int width, int height,
+                 double seconds) {
+    static constexpr const char* kParts[] = {"  from      ", "  to        "};
     const double megapixels = 1e-6 * width * height;
     const auto bits = [](bool sixteen) { return sixteen ? "16" : "8"; };
-    std::cout << std::fixed << arguments.input << " -> " << name.path << '\n'
-              << "  from      " << from.description() << ": " << conversion.from.describe() << '\n'
-              << "  to        " << to.description() << ": " << conversion.to.describe() << '\n'
-              << (conversion.combined ? "  combined  " : "  applied   ") << conversion.describe()
-              << ", " << intentText(conversion.desc.intent) << '\n'
+    std::cout << std::fixed << arguments.input << " -> " << name.path << '\n';
+    for (size_t i = 0; i < conversion.links.size(); ++i) {
+        const ChainLink& link = conversion.links[i];
+        std::cout << (arguments.link.empty() ? kParts[i] : "  link      ") << link.description
+                  << ": " << link.describe() << '\n';
+    }
+    const bool combinedNow = conversion.table.xform && arguments.link.empty();
+    std::cout << (combinedNow ? "  combined  " : "  applied   ") << conversion.describe() << ", "
+              << intentText(conversion.desc.intent) << '\n'
               << "  size      " << width << " x " << height << ", " << bits(plan.sourceSixteenBits)
               << " to " << bits(plan.targetSixteenBits) << " bits"
               << (plan.targetAlpha ? ", with alpha" : "") << '\n'
@@ -183,8 +196,16 @@ void printReport(const ConvertArguments& arguments, const FileName& name, const 
 
 void printNotices(const ConvertArguments& arguments, const SourceImage& source,
                   const Conversion& conversion, const PixelPlan& plan, const OutputFormat& format) {
-    for (const std::string& notice : conversion.notices)
-        printMessage(notice);
+    for (const ChainLink& link : conversion.links) {
+        if (!link.notice.empty()) printMessage(link.notice);
+    }
+    if (!arguments.link.empty() && source.profile) {
+        printNote(arguments, arguments.input + ": has its own profile, which a link doesn't need");
+    }
+    if (arguments.to.empty()) {
+        printNote(arguments,
+                  arguments.output + ": gets no profile; name the one to embed with --to");
+    }
     if (source.pages > 1 && !hasOptions(arguments.input)) {
         printNote(arguments, arguments.input + ": has " + std::to_string(source.pages) +
                                  " pages, only one is converted; choose it with '" +
@@ -196,28 +217,66 @@ void printNotices(const ConvertArguments& arguments, const SourceImage& source,
     }
 }
 
+// What the output will hold, and what has the last word on its pixels.
+struct Target {
+    std::optional<Profile> link;
+    std::optional<Profile> profile;  // to embed; the target of the conversion where no link is
+    uint32_t space = 0;
+};
+
+Target openTarget(const ConvertArguments& arguments) {
+    Target target;
+    if (!arguments.to.empty()) target.profile = Profile::open(arguments.to);
+    if (arguments.link.empty()) {
+        if (!target.profile) throw UsageError("--to or --link is required; see lumoxa --help");
+        target.space = target.profile->space();
+        return target;
+    }
+    target.link = Profile::open(arguments.link);
+    requireStoredLink(*target.link);
+    target.space = target.link->header().pcs;
+    if (target.profile && target.profile->space() != target.space) {
+        throw InputError(arguments.to + ": is for " + spaceText(target.profile->space()) +
+                             ", but " + arguments.link + " gives " + spaceText(target.space),
+                         "name a profile of the link's target");
+    }
+    return target;
+}
+
+Conversion chosenConversion(const ConvertArguments& arguments, const SourceImage& source,
+                            const Target& target) {
+    if (target.link) {
+        requireFit(arguments.input, source, *target.link, kOtherLink);
+        watchForInterrupt();
+        return makeLinkConversion(*target.link);
+    }
+    const Profile from = sourceProfile(arguments, source);
+    requireFit(arguments.input, source, from);
+    watchForInterrupt();  // not before: there is nothing to clean up yet
+    return makeConversion(from, *target.profile, arguments.request);
+}
+
 }  // namespace
 
 void runConvert(const ConvertArguments& arguments) {
     const FileName name = splitName(arguments.output);
     const OutputFormat& format = outputFormat(name.path);
-    requireProfileKept(name.path, name.options);
-    const Profile to = Profile::open(arguments.to);
-    requireSpace(name.path, format, to.space());
+    if (arguments.link.empty() || !arguments.to.empty()) {
+        requireProfileKept(name.path, name.options);
+    }
+    const Target target = openTarget(arguments);
+    requireSpace(name.path, format, target.space);
     SourceImage source = openSourceImage(arguments.input);
     const bool sixteenBits = targetSixteenBits(arguments, source, format);
-    const Profile from = sourceProfile(arguments, source);
-    requireFit(arguments.input, source, from);
-    watchForInterrupt();  // here only: before, and in other commands, there is nothing to clean up
     const Clock::time_point start = Clock::now();
-    const Conversion conversion = makeConversion(from, to, arguments.request);
+    const Conversion conversion = chosenConversion(arguments, source, target);
     const PixelPlan plan = makePlan(conversion, source, format, sixteenBits);
     printNotices(arguments, source, conversion, plan, format);
     const int width = vips_image_get_width(source.image.get());
     const int height = vips_image_get_height(source.image.get());
-    convertFile(arguments, name, format, std::move(source), plan, to);
+    convertFile(arguments, name, format, std::move(source), plan, target.profile);
     if (arguments.quiet) return;
-    printReport(arguments, name, from, to, conversion, plan, width, height, secondsSince(start));
+    printReport(arguments, name, conversion, plan, width, height, secondsSince(start));
 }
 
 }  // namespace lumoxa_tool

@@ -13,7 +13,8 @@ struct ConvertArguments {
     std::string input;
     std::string output;
     std::string from;  ///< for images without a profile; empty: none given
-    std::string to;
+    std::string to;    ///< with a link: only to be embedded; empty: nothing is
+    std::string link;  ///< a device link that converts instead of two profiles; empty: none
     ConversionRequest request;
     int depth = 0;  ///< 8 or 16; 0: as the input
     bool quiet = false;

@@ -12,8 +12,11 @@
 #include <vips/vips.h>
 
 #include "tools/convert_command.h"
+#include "tools/edit_command.h"
 #include "tools/info_command.h"
 #include "tools/interrupt.h"
+#include "tools/link_command.h"
+#include "tools/make_display_command.h"
 #include "tools/tool_error.h"
 #include "tools/values_command.h"
 
@@ -27,7 +30,10 @@ namespace {
 struct CommandLine {
     ConvertArguments convert;
     ValuesArguments values;
-    std::string profile;
+    LinkArguments link;
+    EditArguments edit;
+    MakeDisplayArguments makeDisplay;
+    InfoArguments info;
 };
 
 const std::map<std::string, icRenderingIntent> kIntents = {
@@ -49,6 +55,17 @@ void addConversionOptions(CLI::App& command, ConversionRequest& request) {
                      "is converted as measured");
 }
 
+void addLinkOption(CLI::App& command, std::string& link, ConversionRequest& request) {
+    CLI::Option* const combine = command.add_flag(
+        "--combine", request.combine,
+        "Convert with one table as `lumoxa link` stores it, where two steps would be more exact");
+    CLI::Option* const option =
+        command.add_option("--link", link, "Device-link profile that converts by itself");
+    option->option_text("PROFILE")->excludes(combine);
+    for (const char* settled : {"--from", "--intent", "--display-flare"})
+        option->excludes(command.get_option(settled));
+}
+
 CLI::App* addConvert(CLI::App& app, ConvertArguments& arguments) {
     CLI::App* command = app.add_subcommand("convert", "Convert an image from device to device");
     command->add_option("IN", arguments.input, "Image to read: TIFF, PNG, JPEG, WebP and more")
@@ -59,14 +76,16 @@ CLI::App* addConvert(CLI::App& app, ConvertArguments& arguments) {
                      "save options may follow the name, as in out.tif[compression=deflate]")
         ->required();
     command
-        ->add_option("--to", arguments.to, "Target profile: a file, or sRGB for the built-in one")
-        ->required()
+        ->add_option("--to", arguments.to,
+                     "Target profile: a file, or sRGB for the built-in one; with --link, the one "
+                     "to embed, if any")
         ->option_text("PROFILE");
     command
         ->add_option("--from", arguments.from,
                      "Source profile for an image that embeds none; built-in sRGB unless given")
         ->option_text("PROFILE");
     addConversionOptions(*command, arguments.request);
+    addLinkOption(*command, arguments.link, arguments.request);
     command->add_option("--depth", arguments.depth, "Bits a sample, as the image has unless given")
         ->check(CLI::IsMember({"8", "16"}))
         ->option_text("8|16");
@@ -82,20 +101,47 @@ CLI::App* addValues(CLI::App& app, ValuesArguments& arguments) {
     command
         ->add_option("--from", arguments.from,
                      "Source profile: a file, or sRGB for the built-in one")
-        ->required()
         ->option_text("PROFILE");
-    command->add_option("--to", arguments.to, "Target profile, likewise")
-        ->required()
-        ->option_text("PROFILE");
+    command->add_option("--to", arguments.to, "Target profile, likewise")->option_text("PROFILE");
     addConversionOptions(*command, arguments.request);
+    addLinkOption(*command, arguments.link, arguments.request);
+    command->get_option("--link")->excludes("--to");
     command->add_flag("--16", arguments.sixteenBits, "Also -16: numbers are 0..65535, not 0..255");
     return command;
 }
 
-CLI::App* addInfo(CLI::App& app, std::string& profile) {
-    CLI::App* command = app.add_subcommand("info", "Show a profile's header, tags and transforms");
-    command->add_option("PROFILE", profile, "Profile file, or sRGB for the built-in one")
+CLI::App* addLink(CLI::App& app, LinkArguments& arguments) {
+    CLI::App* command =
+        app.add_subcommand("link", "Combine a chain of profiles into a device-link profile");
+    command
+        ->add_option("PROFILE", arguments.profiles,
+                     "Source, target and what stands between: a device in the middle is proofed")
         ->required();
+    command->add_option("-o,--output", arguments.output, "Profile to write")
+        ->required()
+        ->option_text("FILE");
+    addConversionOptions(*command, arguments.request);
+    const auto setPrecision = [&arguments](Precision precision) {
+        return [&arguments, precision] { arguments.precision = precision; };
+    };
+    CLI::Option* const lut8 =
+        command->add_flag_callback("--lut8", setPrecision(Precision::k8),
+                                   "Table of 8 bits: smaller, but coarse where gamuts are cut off");
+    command->add_flag_callback("--lut16", setPrecision(Precision::k16), "Of 16 bits, the default")
+        ->excludes(lut8);
+    command->add_option("--description", arguments.texts.description,
+                        "Text; the first and the last profile's names unless given");
+    command->add_option("--copyright", arguments.texts.copyright, "Text")->capture_default_str();
+    command->add_flag("-q,--quiet", arguments.quiet, "No report; warnings stay");
+    return command;
+}
+
+CLI::App* addInfo(CLI::App& app, InfoArguments& arguments) {
+    CLI::App* command = app.add_subcommand(
+        "info", "Show what a profile holds and offers, and what in it breaks ICC.1");
+    command->add_option("PROFILE", arguments.profile, "Profile file, or sRGB for the built-in one")
+        ->required();
+    command->add_flag("--json", arguments.json, "The same as one JSON document");
     return command;
 }
 
@@ -114,6 +160,7 @@ int run(int argc, char** argv) {
         "Examples:\n"
         "  lumoxa convert photo.jpg press.tif --to press.icc\n"
         "  lumoxa values --from sRGB --to press.icc 255,0,0 0,0,0\n"
+        "  lumoxa link sRGB press.icc -o srgb-to-press.icc\n"
         "  lumoxa info press.icc\n"
         "Exit codes: 0 done, 1 an input file is at fault, 2 wrong usage.");
     app.name("lumoxa");
@@ -122,7 +169,10 @@ int run(int argc, char** argv) {
     CommandLine line;
     CLI::App* const convert = addConvert(app, line.convert);
     CLI::App* const values = addValues(app, line.values);
-    addInfo(app, line.profile);
+    CLI::App* const link = addLink(app, line.link);
+    addInfo(app, line.info);
+    CLI::App* const edit = addEdit(app, line.edit);
+    CLI::App* const makeDisplay = addMakeDisplay(app, line.makeDisplay);
     try {
         app.parse(parserArguments(argc, argv));
     } catch (const CLI::Success& wish) {  // help or version
@@ -130,7 +180,7 @@ int run(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         if (app.get_subcommands().empty() && app.remaining_size() > 0) {
             throw UsageError("'" + app.remaining().front() +
-                             "' is not a command: give convert, values or info; see lumoxa --help");
+                             "' is not a command; see lumoxa --help");
         }
         throw UsageError(std::string(error.what()) + "; see lumoxa --help");
     }
@@ -138,8 +188,14 @@ int run(int argc, char** argv) {
         runConvert(line.convert);
     } else if (values->parsed()) {
         runValues(line.values);
+    } else if (link->parsed()) {
+        runLink(line.link);
+    } else if (edit->parsed()) {
+        runEdit(line.edit);
+    } else if (makeDisplay->parsed()) {
+        runMakeDisplay(line.makeDisplay);
     } else {
-        runInfo(line.profile);
+        runInfo(line.info);
     }
     if (!std::cout.flush()) throw InputError("standard output can't be written; check its disk");
     return kSuccess;

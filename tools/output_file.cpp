@@ -2,12 +2,20 @@
 #include "tools/output_file.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <fstream>
+#include <memory>
 #include <random>
 #include <string>
 #include <system_error>
 
 #include "tools/tool_error.h"
+
+#if defined(_WIN32)
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
 
 namespace lumoxa_tool {
 namespace {
@@ -46,6 +54,20 @@ bool writeProtected(const fs::path& path, fs::perms permissions) {
     return (permissions & kAnyWriter) == fs::perms::none || !std::ofstream(path, std::ios::app);
 }
 
+// Waits until the file's bytes are on the disk. Without it, a crash soon after the rename could
+// leave an empty file where the old one was; and some disks say only now that they are full.
+bool syncToDisk(const fs::path& path) {
+    const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(path.string().c_str(), "r+b"),
+                                                     &std::fclose);
+    if (!file) return false;
+#if defined(_WIN32)
+    return _commit(_fileno(file.get())) == 0;
+#else
+    // EINVAL: a file system that has no such notion
+    return fsync(fileno(file.get())) == 0 || errno == EINVAL;
+#endif
+}
+
 }  // namespace
 
 OutputFile::OutputFile(const fs::path& target) : target_(followLinks(target)) {
@@ -80,6 +102,11 @@ OutputFile::~OutputFile() {
 }
 
 void OutputFile::commit() {
+    if (!syncToDisk(temporary_)) {
+        const std::string reason = std::generic_category().message(errno);
+        throw InputError(target_.string() + ": can't be written whole (" + reason + ")",
+                         "check the disk and the room on it");
+    }
     std::error_code error;
     const fs::file_status old = fs::status(target_, error);
     if (fs::exists(old)) fs::permissions(temporary_, old.permissions(), error);

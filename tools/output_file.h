@@ -22,7 +22,7 @@ class OutputFile {
 
     std::string temporaryName() const { return temporary_.string(); }
 
-    /// Puts the finished file in the target's place. @throws InputError
+    /// Puts the finished file, once it is on the disk, in the target's place. @throws InputError
     void commit();
 
   private:

@@ -6,52 +6,30 @@
 #include "tools/signatures.h"
 
 namespace lumoxa_tool {
-namespace {
-
-icPixelLayout_t layoutOf(const PackedPixels& packed, size_t pixels, uint32_t channels) {
-    const size_t sampleBytes = packed.dataType == icSamples16 ? 2 : 1;
-    icPixelLayout_t layout = {};
-    layout.dataType = packed.dataType;
-    layout.contiguous = 1;
-    layout.pixelCount = static_cast<int32_t>(pixels);
-    layout.lineCount = 1;
-    layout.pixelStep = static_cast<int32_t>(channels * sampleBytes);
-    layout.lineStep = static_cast<int32_t>(pixels * channels * sampleBytes);
-    layout.channelCount = static_cast<int32_t>(channels);
-    layout.channelData[0] = packed.memory;
-    return layout;
-}
-
-int evaluate(const XformHandle& xform, const icXformDesc_t& desc, const PackedPixels& source,
-             const PackedPixels& target, size_t pixels) {
-    const icPixelLayout_t from = layoutOf(source, pixels, desc.inChannels);
-    const icPixelLayout_t to = layoutOf(target, pixels, desc.outChannels);
-    return icEvaluate(xform.get(), &from, &to, nullptr, nullptr);
-}
-
-}  // namespace
-
 int PackedConverter::convert(const PackedPixels& source, const PackedPixels& target,
                              size_t pixels) {
-    if (!conversion_->combined) return convertInSteps(source, target, pixels);
-    return evaluate(conversion_->combined, conversion_->desc, source, target, pixels);
+    const Table& table = conversion_->table;
+    if (!table.xform) return convertInSteps(source, target, pixels);
+    return evaluatePacked(table.xform.get(), table.desc, source, target, pixels);
 }
 
 int PackedConverter::convertInSteps(const PackedPixels& source, const PackedPixels& target,
                                     size_t pixels) {
-    const ChainLink& first = conversion_->from;
-    const ChainLink& second = conversion_->to;
+    const ChainLink& first = conversion_->links.front();
+    const ChainLink& second = conversion_->links.back();
     between_.resize(pixels * first.desc.outChannels);
     const PackedPixels between = {between_.data(), icSamples16};
-    int code = evaluate(first.xform, first.desc, widened(source, pixels), between, pixels);
+    int code =
+        evaluatePacked(first.xform.get(), first.desc, widened(source, pixels), between, pixels);
     if (code != icSuccess) return code;
     conversion_->between.apply(between_.data(), pixels);
     if (target.dataType == icSamples16) {
-        return evaluate(second.xform, second.desc, between, target, pixels);
+        return evaluatePacked(second.xform.get(), second.desc, between, target, pixels);
     }
     // Curves and matrix have no kernel from 16 to 8 bits: end in 16 and round.
     result_.resize(pixels * second.desc.outChannels);
-    code = evaluate(second.xform, second.desc, between, {result_.data(), icSamples16}, pixels);
+    code = evaluatePacked(second.xform.get(), second.desc, between, {result_.data(), icSamples16},
+                          pixels);
     if (code != icSuccess) return code;
     const unsigned step = isConnectionSpace(second.desc.outSpace) ? 256 : 257;
     std::transform(result_.begin(), result_.end(), static_cast<uint8_t*>(target.memory),
@@ -63,7 +41,7 @@ int PackedConverter::convertInSteps(const PackedPixels& source, const PackedPixe
 
 // Gray curves are read at 16 bits: their kernel for 8-bit samples leaves out samples at white.
 PackedPixels PackedConverter::widened(const PackedPixels& source, size_t pixels) {
-    const icXformDesc_t& desc = conversion_->from.desc;
+    const icXformDesc_t& desc = conversion_->links.front().desc;
     const bool grayCurve = desc.kind == fourCc("TrcM") && desc.inChannels == 1;
     if (!grayCurve || source.dataType == icSamples16) return source;
     const auto* samples = static_cast<const uint8_t*>(source.memory);

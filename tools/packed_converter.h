@@ -7,15 +7,10 @@
 #include <cstdint>
 #include <vector>
 
+#include "tools/packed_pixels.h"
 #include "tools/transform_chain.h"
 
 namespace lumoxa_tool {
-
-/// Interleaved pixels without gaps.
-struct PackedPixels {
-    void* memory;
-    int32_t dataType;  ///< icSamples8 or icSamples16
-};
 
 /// Converts runs of pixels, whichever way the conversion goes. It keeps a buffer from run to run,
 /// so each thread has one of its own.

@@ -2,10 +2,9 @@
 #include "tools/profile_source.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 
 #include "tools/fault_finder.h"
+#include "tools/file_bytes.h"
 #include "tools/profile_text.h"
 #include "tools/sampled_curves.h"
 #include "tools/signatures.h"
@@ -13,40 +12,10 @@
 #include "tools/tool_error.h"
 
 namespace lumoxa_tool {
-namespace {
-
-// Sizes in a profile are 32-bit; real ones end at some ten megabytes. The limit keeps a device file
-// or a disc image given by mistake from filling the memory.
-constexpr size_t kMaxProfileBytes = size_t{512} << 20;
-
-struct BlockFree {
-    void operator()(void* block) const { icFree(block); }
-};
-
-std::vector<uint8_t> readFile(const std::string& path) {
-    if (std::error_code ignored; std::filesystem::is_directory(path, ignored)) {
-        throw InputError(path + ": is a directory; give a profile file");
-    }
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
-        throw InputError(path + ": profile can't be opened; check the path and its permissions");
-    }
-    std::vector<uint8_t> bytes;
-    char block[1 << 16];
-    while (file.read(block, sizeof block), file.gcount() > 0) {
-        bytes.insert(bytes.end(), block, block + file.gcount());
-        if (bytes.size() > kMaxProfileBytes) {
-            throw InputError(path + ": is over 512 MiB, no ICC profile is; check the path");
-        }
-    }
-    return bytes;
-}
-
-}  // namespace
 
 Profile Profile::open(const std::string& word) {
     if (word == kBuiltInSrgb) return Profile("built-in sRGB", makeSrgbProfile());
-    return Profile(word, readFile(word));
+    return Profile(word, readFile(word, "profile"));
 }
 
 Profile::Profile(std::string name, std::vector<uint8_t> bytes, std::string remedy)
@@ -71,6 +40,13 @@ void Profile::loadForTransforms(const std::vector<uint8_t>& bytes) {
     if (code == icSuccess) return;
     const Fault fault = loadFault(bytes, code);
     throw InputError(name_ + ": " + fault.text, remedy(fault.remedy));
+}
+
+ProfileHandle Profile::loadForEditing() const {
+    icProfile_t profile = nullptr;
+    const int code = icProfileLoadFromBuffer(nullptr, bytes_.data(), bytes_.size(), &profile);
+    if (code != icSuccess) throw std::bad_alloc();  // the bytes have been loaded before
+    return ProfileHandle(profile);
 }
 
 bool Profile::hasTag(uint32_t signature) const {

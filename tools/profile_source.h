@@ -4,12 +4,12 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "lumoxa/lumoxa.h"
+#include "tools/profile_handle.h"
 
 namespace lumoxa_tool {
 
@@ -32,6 +32,8 @@ class Profile {
 
     /// For transforms: its parametric tone curves are sampled, unlike those of bytes() and tags.
     icProfile_t handle() const { return handle_.get(); }
+    /// A new handle of bytes() as they are, to edit and save.
+    ProfileHandle loadForEditing() const;
     const std::string& name() const { return name_; }
     const std::vector<uint8_t>& bytes() const { return bytes_; }
     const icHeader& header() const { return header_; }
@@ -52,16 +54,12 @@ class Profile {
     std::optional<Tag> tag(uint32_t signature) const;
 
   private:
-    struct ProfileFree {
-        void operator()(const icProfileInternal* profile) const { icProfileFree(profile); }
-    };
-
     void loadForTransforms(const std::vector<uint8_t>& bytes);
 
     std::string name_;
     std::vector<uint8_t> bytes_;
     std::string remedy_;
-    std::unique_ptr<const icProfileInternal, ProfileFree> handle_;
+    ProfileHandle handle_;
     icHeader header_ = {};
     std::vector<icTag_safe64bit> tags_;
 };

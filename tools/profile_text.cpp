@@ -6,15 +6,9 @@
 namespace lumoxa_tool {
 namespace {
 
-using Bytes = std::vector<uint8_t>;
-
-// `size` bytes from `at`, or fewer where the tag ends.
-std::string asciiText(const Bytes& tag, size_t at, size_t size) {
-    if (at >= tag.size()) return {};
-    const size_t end = at + std::min(size, tag.size() - at);
-    return std::string(tag.begin() + static_cast<ptrdiff_t>(at),
-                       tag.begin() + static_cast<ptrdiff_t>(end));
-}
+// No text of a profile is longer, and hostile ones would fill the screen.
+constexpr uint64_t kMaxTextBytes = 1 << 16;
+constexpr uint64_t kMaxLanguages = 100;
 
 void appendUtf8(std::string& text, uint32_t character) {
     const auto byte = [](uint32_t value) { return static_cast<char>(value); };
@@ -31,14 +25,51 @@ void appendUtf8(std::string& text, uint32_t character) {
     }
 }
 
-std::string fromUtf16(const Bytes& tag, size_t at, size_t size) {
+// Bytes that follow the first of a UTF-8 sequence, or -1 where none starts with it.
+int utf8Tail(uint32_t first) {
+    if (first < 0x80) return 0;
+    if (first >= 0xC2 && first < 0xE0) return 1;
+    if (first >= 0xE0 && first < 0xF0) return 2;
+    return first >= 0xF0 && first < 0xF5 ? 3 : -1;
+}
+
+bool isUtf8(ByteView text) {
+    for (uint64_t at = 0; at < text.size(); ++at) {
+        const uint32_t first = text.u8(at);
+        const int tail = utf8Tail(first);
+        if (tail < 0 || !text.holds(at, static_cast<uint64_t>(tail) + 1)) return false;
+        const uint32_t second = text.u8(at + 1);
+        // Overlong forms, halves of surrogate pairs, and what is beyond Unicode.
+        if ((first == 0xE0 && second < 0xA0) || (first == 0xED && second > 0x9F) ||
+            (first == 0xF0 && second < 0x90) || (first == 0xF4 && second > 0x8F)) {
+            return false;
+        }
+        for (int i = 0; i < tail; ++i) {
+            if ((text.u8(++at) & 0xC0) != 0x80) return false;
+        }
+    }
+    return true;
+}
+
+// ICC.1 wants 7-bit ASCII; where a maker wrote more, it is UTF-8 or most likely Latin-1.
+std::string fromAscii(ByteView bytes) {
+    bytes = bytes.part(0, std::min<uint64_t>(kMaxTextBytes, bytes.size()));
+    bytes = {bytes.begin(), static_cast<size_t>(std::find(bytes.begin(), bytes.end(), uint8_t{0}) -
+                                                bytes.begin())};
+    if (isUtf8(bytes)) return {bytes.begin(), bytes.end()};
     std::string text;
-    if (at >= tag.size()) return text;
-    const size_t end = at + std::min(size, tag.size() - at);
-    for (; at + 2 <= end; at += 2) {
-        uint32_t unit = bigEndian16(&tag[at]);
+    for (const uint8_t character : bytes)
+        appendUtf8(text, character);
+    return text;
+}
+
+std::string fromUtf16(ByteView units) {
+    std::string text;
+    units = units.part(0, kMaxTextBytes);
+    for (uint64_t at = 0; units.holds(at, 2); at += 2) {
+        uint32_t unit = units.u16(at);
         const bool leads = unit >= 0xD800 && unit < 0xDC00;
-        const uint32_t next = leads && at + 4 <= end ? bigEndian16(&tag[at + 2]) : 0;
+        const uint32_t next = leads ? units.u16(at + 2) : 0;
         if (next >= 0xDC00 && next < 0xE000) {
             unit = 0x10000 + ((unit - 0xD800) << 10) + (next - 0xDC00);
             at += 2;
@@ -50,52 +81,101 @@ std::string fromUtf16(const Bytes& tag, size_t at, size_t size) {
     return text;
 }
 
-// multiLocalizedUnicodeType: count at 8, record size at 12, then records of language, country,
-// length in bytes and offset from the tag's start.
-std::string multiLocalizedText(const Bytes& tag) {
-    constexpr size_t kFirstRecord = 16;
-    constexpr size_t kRecordBytes = 12;
-    if (tag.size() < kFirstRecord + kRecordBytes) return {};
-    const size_t step = std::max<size_t>(bigEndian32(&tag[12]), kRecordBytes);
-    const size_t room = (tag.size() - kFirstRecord - kRecordBytes) / step + 1;
-    const size_t count = std::min<size_t>(bigEndian32(&tag[8]), room);
-    if (count == 0) return {};
-    size_t chosen = 0;
-    while (chosen < count && bigEndian16(&tag[kFirstRecord + chosen * step]) != ('e' << 8 | 'n')) {
-        ++chosen;
+// On one line and without what follows a terminating zero. Profiles come from anywhere: control
+// characters would reach the user's terminal, those above ASCII (U+0080 to U+009F) too.
+std::string cleanText(std::string text) {
+    text.resize(std::min(text.find('\0'), text.size()));
+    for (size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        if (byte < 0x20 || byte == 0x7F) text[i] = ' ';
+        if (byte == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0)
+            text[i] = text[i + 1] = ' ';
     }
-    const uint8_t* record = &tag[kFirstRecord + (chosen < count ? chosen : 0) * step];
-    return fromUtf16(tag, bigEndian32(record + 8), bigEndian32(record + 4));
+    text.erase(text.find_last_not_of(' ') + 1);
+    return text;
 }
 
-std::string rawText(const Tag& tag) {
-    switch (tag.type) {
+// textDescriptionType: ASCII count at 8 and text at 12, then a language code, a count and as many
+// UTF-16 characters, which some makers fill alone.
+std::string descriptionText(ByteView tag) {
+    constexpr uint64_t kAsciiAt = 12;
+    const uint64_t asciiBytes = tag.u32(8);
+    std::string text = cleanText(fromAscii(tag.part(kAsciiAt, asciiBytes)));
+    if (!text.empty()) return text;
+    const uint64_t unicodeAt = kAsciiAt + asciiBytes + 8;
+    return cleanText(fromUtf16(tag.part(unicodeAt, 2 * uint64_t{tag.u32(unicodeAt - 4)})));
+}
+
+// multiLocalizedUnicodeType: count at 8, record size at 12, then records of language, country,
+// length in bytes and offset from the tag's start.
+class LocalizedRecords {
+  public:
+    explicit LocalizedRecords(ByteView tag)
+        : tag_(tag), step_(std::max<uint64_t>(tag.u32(12), kRecordBytes)) {
+        if (!tag.holds(0, kFirstRecord + kRecordBytes)) return;
+        const uint64_t room = (tag.size() - kFirstRecord - kRecordBytes) / step_ + 1;
+        count_ = std::min<uint64_t>(tag.u32(8), room);
+    }
+    uint64_t count() const { return count_; }
+    bool isEnglish(uint64_t i) const { return tag_.u16(at(i)) == ('e' << 8 | 'n'); }
+    std::string language(uint64_t i) const {
+        const std::string both = signatureText(tag_.u32(at(i)));
+        return tag_.u16(at(i) + 2) == 0 ? both.substr(0, 2)
+                                        : both.substr(0, 2) + "-" + both.substr(2);
+    }
+    std::string text(uint64_t i) const {
+        return cleanText(fromUtf16(tag_.part(tag_.u32(at(i) + 8), tag_.u32(at(i) + 4))));
+    }
+
+  private:
+    static constexpr uint64_t kFirstRecord = 16;
+    static constexpr uint64_t kRecordBytes = 12;
+    uint64_t at(uint64_t i) const { return kFirstRecord + i * step_; }
+
+    ByteView tag_;
+    uint64_t step_;
+    uint64_t count_ = 0;
+};
+
+std::string englishText(const LocalizedRecords& records) {
+    if (records.count() == 0) return {};
+    uint64_t chosen = 0;
+    while (chosen < records.count() && !records.isEnglish(chosen))
+        ++chosen;
+    return records.text(chosen < records.count() ? chosen : 0);
+}
+
+}  // namespace
+
+std::string tagText(ByteView tag) {
+    switch (tag.u32(0)) {
         case fourCc("desc"):
-            return tag.bytes.size() < 12 ? ""
-                                         : asciiText(tag.bytes, 12, bigEndian32(&tag.bytes[8]));
+            return descriptionText(tag);
         case fourCc("text"):
-            return asciiText(tag.bytes, 8, tag.bytes.size());
+            return cleanText(fromAscii(tag.part(8, tag.size())));
         case fourCc("mluc"):
-            return multiLocalizedText(tag.bytes);
+            return englishText(LocalizedRecords(tag));
         default:
             return {};
     }
 }
 
-}  // namespace
-
 std::string tagText(const Tag& tag) {
-    std::string text = rawText(tag);
-    text.resize(std::min(text.find('\0'), text.size()));
-    // Profiles come from anywhere: control characters would reach the user's terminal.
-    std::replace_if(
-        text.begin(), text.end(),
-        [](char character) {
-            return static_cast<unsigned char>(character) < 0x20 || character == 0x7F;
-        },
-        ' ');
-    text.erase(text.find_last_not_of(' ') + 1);
-    return text;
+    return tagText(ByteView(tag.bytes));
+}
+
+LocalizedTexts tagTexts(ByteView tag) {
+    LocalizedTexts all;
+    if (tag.u32(0) != fourCc("mluc")) {
+        if (std::string text = tagText(tag); !text.empty()) all.texts.push_back({"", text});
+        return all;
+    }
+    const LocalizedRecords records(tag);
+    const uint64_t shown = std::min(records.count(), kMaxLanguages);
+    for (uint64_t i = 0; i < shown; ++i)
+        all.texts.push_back({records.language(i), records.text(i)});
+    all.more = records.count() - shown;
+    return all;
 }
 
 }  // namespace lumoxa_tool

@@ -19,7 +19,7 @@ constexpr Fault kFaults[] = {
     {icErrXformKind, "asks for a conversion that is not available"},
     {icErrOpen, "can't be opened for reading"},
     {icErrRead, "holds fewer bytes than it declares"},
-    {icErrWrite, "can't be written"},
+    {icErrWrite, "can't be written whole"},
     {icErrNoMemory, "needs more memory than there is"},
     {icErrNoTag, "is missing"},
     {icErrNullData, "holds no bytes"},

@@ -108,16 +108,25 @@ void convertLines(ValueConverter& converter) {
     }
 }
 
+Conversion chosenConversion(const ValuesArguments& arguments) {
+    if (!arguments.link.empty()) return makeLinkConversion(Profile::open(arguments.link));
+    if (arguments.from.empty() || arguments.to.empty()) {
+        throw UsageError("--from and --to, or --link, are required; see lumoxa --help");
+    }
+    const Profile from = Profile::open(arguments.from);
+    const Profile to = Profile::open(arguments.to);
+    return makeConversion(from, to, arguments.request);
+}
+
 }  // namespace
 
 void runValues(const ValuesArguments& arguments) {
     // Streams with buffers of their own: synchronised ones can't tell whether more input is there.
     std::ios::sync_with_stdio(false);
-    const Profile from = Profile::open(arguments.from);
-    const Profile to = Profile::open(arguments.to);
-    const Conversion conversion = makeConversion(from, to, arguments.request);
-    for (const std::string& notice : conversion.notices)
-        printMessage(notice);
+    const Conversion conversion = chosenConversion(arguments);
+    for (const ChainLink& link : conversion.links) {
+        if (!link.notice.empty()) printMessage(link.notice);
+    }
     ValueConverter converter(arguments, conversion);
     if (arguments.values.empty()) convertLines(converter);
     for (const std::string& value : arguments.values)

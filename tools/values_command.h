@@ -13,6 +13,7 @@ namespace lumoxa_tool {
 struct ValuesArguments {
     std::string from;
     std::string to;
+    std::string link;  ///< a device link in place of the two; empty: none
     ConversionRequest request;
     bool sixteenBits = false;
     std::vector<std::string> values;  ///< "255,0,0"; none: lines of the standard input

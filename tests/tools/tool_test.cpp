@@ -3,22 +3,16 @@
 // The tool as a user or a script meets it: a program with arguments, streams and an exit code.
 #include <chrono>
 #include <csignal>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <thread>
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 #include <vips/vips.h>
 
 #include "tests/support/profile_bytes.h"
 #include "tests/support/real_profiles.h"
+#include "tests/support/run_tool.h"
 #include "tests/support/xforms.h"
 #include "xform/xform_object.h"
 
@@ -27,24 +21,13 @@ namespace {
 namespace fs = std::filesystem;
 using namespace lumoxa_test;
 
-constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
-
-struct Result {
-    int exitCode = -1, signal = 0;
-    long peakKilobytes = 0;
-    std::string out, err;
-};
-
-class Tool : public testing::Test {
+class Tool : public ToolRun {
   protected:
     void SetUp() override {
         ASSERT_EQ(VIPS_INIT("tool_test"), 0);
-        std::string pattern = (fs::temp_directory_path() / "lumoxa-tool-XXXXXX").string();
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        folder_ = pattern;
+        ToolRun::SetUp();
         save("press.icc", pressProfile().image());
     }
-    void TearDown() override { fs::remove_all(folder_); }
 
     // Every ink but black is the complement of a Lab channel: not a press, but exact and tiny.
     static ProfileBytes pressProfile() {
@@ -52,17 +35,6 @@ class Tool : public testing::Test {
         fromPress.inputs = toPress.outputs = 4;
         ProfileBytes profile("prtr", "CMYK", "Lab ");
         return profile.addTag("A2B0", lut16Tag(fromPress)).addTag("B2A0", lut16Tag(toPress));
-    }
-
-    std::string path(const std::string& name) const { return (folder_ / name).string(); }
-    void save(const std::string& name, const Bytes& bytes) const {
-        std::ofstream(path(name), std::ios::binary)
-            .write(reinterpret_cast<const char*>(bytes.data()), static_cast<long>(bytes.size()));
-    }
-    std::string text(const std::string& name) const {
-        std::ostringstream all;
-        all << std::ifstream(path(name)).rdbuf();
-        return all.str();
     }
 
     // A diagonal ramp; the last of 2, 4 or 5 bands is alpha.
@@ -89,38 +61,6 @@ class Tool : public testing::Test {
             g_object_unref(image);
     }
 
-    pid_t start(const std::vector<std::string>& arguments, const std::string& input = "") const {
-        save("stdin", Bytes(input.begin(), input.end()));
-        std::vector<const char*> argv = {LUMOXA_TOOL_PATH};
-        for (const std::string& argument : arguments)
-            argv.push_back(argument.c_str());
-        argv.push_back(nullptr);
-        const std::string in = path("stdin"), out = path("stdout"), err = path("stderr");
-        const pid_t child = fork();
-        if (child != 0) return child;
-        dup2(open(in.c_str(), O_RDONLY), 0);
-        dup2(open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), 1);
-        dup2(open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), 2);
-        for (const int number : kSignals)
-            std::signal(number, SIG_DFL);  // nohup ./dev test
-        execv(argv[0], const_cast<char**>(argv.data()));
-        _exit(127);
-    }
-    Result finish(pid_t child) const {
-        int status = 0;
-        rusage usage = {};
-        wait4(child, &status, 0, &usage);
-        Result result;
-        if (WIFEXITED(status)) result.exitCode = WEXITSTATUS(status);
-        if (WIFSIGNALED(status)) result.signal = WTERMSIG(status);
-        result.peakKilobytes = usage.ru_maxrss;
-        result.out = text("stdout");
-        result.err = text("stderr");
-        return result;
-    }
-    Result run(const std::vector<std::string>& arguments, const std::string& input = "") const {
-        return finish(start(arguments, input));
-    }
     int leftovers() const {
         int count = 0;
         for (const auto& entry : fs::directory_iterator(folder_)) {
@@ -128,8 +68,6 @@ class Tool : public testing::Test {
         }
         return count;
     }
-
-    fs::path folder_;
 };
 
 TEST_F(Tool, ValuesLoseNothingFromProfileToItself) {
@@ -179,24 +117,6 @@ TEST_F(Tool, ValuesSurviveLabAndWhitesBetweenCurves) {
             {"values", "--from", word(c.from), "--to", word(c.to), "--intent", c.intent, c.value});
         EXPECT_EQ(result.out, c.expected) << c.from << c.to << result.err;
     }
-}
-
-TEST_F(Tool, PrintedGridIsTheOneOfTheCombination) {
-    saveImage("rgb.tif", 3, VIPS_FORMAT_UCHAR);
-    save("rgb.icc", realProfile("ghostscript/default_rgb.icc"));
-    save("cmyk.icc", realProfile("ghostscript/default_cmyk.icc"));
-    const auto expectGrid = [&](const std::string& from, const std::string& to, uint32_t grid) {
-        OwnedXform links[2];
-        request(fileBytes(path(from + ".icc")), 1, icDeviceToPcs, links[0]);
-        request(fileBytes(path(to + ".icc")), 1, icPcsToDevice, links[1]);
-        EXPECT_EQ(combined({links[0].get(), links[1].get()}, 1)->gridPoints, grid);
-        const Result result = run({"convert", path(from + ".tif"), path(to + ".tif"), "--from",
-                                   path(from + ".icc"), "--to", path(to + ".icc")});
-        const std::string words = ", grid " + std::to_string(grid) + ", ";
-        EXPECT_NE(result.out.find(words), std::string::npos) << result.out << result.err;
-    };
-    expectGrid("rgb", "cmyk", 33);
-    expectGrid("cmyk", "rgb", 11);
 }
 
 TEST_F(Tool, KeepsLinksAndPermissions) {
@@ -280,7 +200,8 @@ TEST_F(Tool, FaultsAndNotesGetOneLineAndTheirExitCode) {
         EXPECT_NE(result.err.find(fault.word), std::string::npos) << fault.word << result.err;
         EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'),
                   fault.word.empty() ? 0 : 1);
-        EXPECT_TRUE(result.out.empty() || result.exitCode == 0) << result.out;
+        const bool tells = !fault.arguments.empty() && fault.arguments[0] == "info";
+        EXPECT_TRUE(result.out.empty() || result.exitCode == 0 || tells) << result.out;
     }
     EXPECT_EQ(leftovers(), 0);
     EXPECT_FALSE(fs::exists(path("half.tif")));

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// What a tone curve tag holds, as a report says it.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tools/byte_view.h"
+
+namespace lumoxa_tool {
+
+struct CurveForm {
+    enum Kind { kIdentity, kGamma, kTable, kParametric, kUnreadable };
+
+    Kind kind = kUnreadable;
+    uint32_t entries = 0;   ///< of a table
+    uint32_t function = 0;  ///< of a parametric curve
+    /// Gamma, or g, a, b, c, d, e, f of a parametric curve as far as its function has them.
+    std::vector<double> numbers;
+    uint64_t bytes = 0;  ///< what the curve takes, without padding; 0 for an unknown type
+
+    /// "gamma 2.20", "table of 1024 entries", "parametric type 3: g 2.4, ..."
+    std::string text() const;
+};
+
+/// @param data  bytes that start with a 'curv' or 'para' type, and may go on beyond the curve
+CurveForm curveForm(ByteView data);
+
+/// Name of the i-th parameter of a parametric curve.
+char parameterName(size_t i);
+
+}  // namespace lumoxa_tool

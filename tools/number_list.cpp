@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/number_list.h"
+
+#include <cmath>
+#include <locale>
+#include <sstream>
+
+#include "tools/tool_error.h"
+
+namespace lumoxa_tool {
+
+std::optional<double> parseNumber(const std::string& text) {
+    std::istringstream stream(text);
+    stream.imbue(std::locale::classic());
+    double value = 0;
+    if (!(stream >> value) || !std::isfinite(value)) return std::nullopt;
+    stream >> std::ws;
+    return stream.eof() ? std::optional<double>(value) : std::nullopt;
+}
+
+std::vector<double> parseNumbers(const std::string& option, const std::string& text, size_t count) {
+    std::vector<double> numbers;
+    std::istringstream parts(text);
+    bool sound = text.empty() || text.back() != ',';
+    for (std::string part; std::getline(parts, part, ',');) {
+        const std::optional<double> number = parseNumber(part);
+        sound = sound && number;
+        numbers.push_back(number.value_or(0));
+    }
+    if (sound && numbers.size() == count) return numbers;
+    throw UsageError(option + ": '" + text + "' is not " + std::to_string(count) +
+                     " numbers with commas between");
+}
+
+}  // namespace lumoxa_tool
