@@ -88,6 +88,6 @@ int icFillProfileDescription(const char* text, icTagBase** tag) {
     const size_t length = std::strlen(text);
     return handOut(kTypeDescription, length + kDescriptionOverhead, tag, [&](uint8_t* body) {
         storeFileOrder(body, static_cast<uint32_t>(length + 1));
-        std::memcpy(body + 4, text, length);
+        std::memcpy(body + 4, text, length + 1);
     });
 }

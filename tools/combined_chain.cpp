@@ -34,9 +34,10 @@ int finestGrid(const std::vector<ChainLink>& chain) {
     return finest;
 }
 
-// The library describes no grid, so the report repeats its rule: the finest grid of the chain,
-// bounded by 2^23 samples. Four inputs are interpolated in pentahedra, whose tables take 120 times
-// the room, where that costs less than half of the grid.
+// The library describes no grid, so its rule is repeated here, for the report and to know what
+// thinWideTable() has to replace (the tests compare it with stored links): the finest grid of the
+// chain, bounded by 2^23 samples. Four inputs are interpolated in pentahedra, whose tables take 120
+// times the room, where that costs less than half of the grid.
 void describeGrid(const std::vector<ChainLink>& chain, int finest, Table& table) {
     constexpr int kSampleBudget = 8388608;
     constexpr int kPentahedralRoom = 120;
@@ -73,9 +74,9 @@ int stopWhenInterrupted(icIterState state, int, void*) {
 
 // Combined, a chain in which no transform has a grid of its own gets one of 3 points, and whatever
 // is not linear between its curves (a gamut that is cut off, the cube root of Lab) is spread over
-// half the range. With four inputs, the grid that pentahedra have room for is 11 points, on which
-// ink tables that hold the curves of dot gain lose most. A stage that does nothing but have a grid
-// makes either finer.
+// half the range; a coarse table does likewise. With four inputs, the grid that pentahedra have
+// room for is 11 points, on which ink tables that hold the curves of dot gain lose most. A stage
+// that does nothing but have a grid makes either finer.
 class GriddedChain {
   public:
     GriddedChain(const std::vector<ChainLink>& chain, icRenderingIntent intent)
@@ -102,8 +103,10 @@ class GriddedChain {
     }
 
   private:
+    // By inputs, where a finer grid costs little and shows; the tables of presses have 33 points.
     bool isCoarse(uint32_t inputs) const {
-        return finest_ < (inputs == 4 ? gridOfStage(inputs) : kFewestPoints);
+        static constexpr int kCoarseBelow[] = {0, 254, 254, 33, 32};
+        return finest_ < (inputs < std::size(kCoarseBelow) ? kCoarseBelow[inputs] : kFewestPoints);
     }
 
     int finest_;

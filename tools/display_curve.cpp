@@ -48,7 +48,7 @@ Bytes exactGammaTag(double gamma) {
 }
 
 Bytes curveFromFile(const std::string& path) {
-    const Bytes bytes = readFile(path, "curve");
+    const Bytes bytes = readFile(path, "curve, neither srgb nor gamma:G,");
     std::istringstream lines(std::string(bytes.begin(), bytes.end()));
     std::vector<unsigned short> entries;
     double last = 0;

@@ -80,15 +80,18 @@ TagEdit editCurve(const std::string& text) {
                          " is no tone curve: give rTRC, gTRC, bTRC or kTRC");
     }
     std::optional<Bytes> curve = gammaTag(parseNumbers("--trc", value, 1).front());
-    if (!curve) throw UsageError("--trc: a gamma must be above 0 and below 256, not " + value);
+    if (!curve) throw UsageError("--trc: a gamma must be 1/256 to 255.996, not " + value);
     return {signature, std::move(curve)};
 }
 
 TagEdit editWhite(const std::string& text) {
-    constexpr double kFixedRange = 32768.0;  // of s15Fixed16
+    // As it will be stored: single precision and s15Fixed16 round at both ends of the range.
+    const auto isStorable = [](double value) {
+        const double fixed = static_cast<double>(static_cast<float>(value)) * 65536.0 + 0.5;
+        return fixed >= 1.0 && fixed < 2147483648.0;
+    };
     const std::vector<double> white = parseNumbers("--white", text, 3);
-    if (!std::all_of(white.begin(), white.end(),
-                     [](double value) { return value > 0 && value < kFixedRange; })) {
+    if (!std::all_of(white.begin(), white.end(), isStorable)) {
         throw UsageError(
             "--white: X, Y and Z must be above 0 and below 32768, with 1 for a full Y");
     }
@@ -173,9 +176,10 @@ void clearProfileId(icProfile_t profile) {
 void printReport(const EditArguments& arguments, const std::vector<TagEdit>& edits) {
     const auto set = std::count_if(edits.begin(), edits.end(),
                                    [](const TagEdit& edit) { return edit.content.has_value(); });
+    std::error_code ignored;
     std::cout << arguments.profile << " -> " << arguments.output << ": tags set: " << set
               << ", removed: " << edits.size() - static_cast<size_t>(set) << ", "
-              << std::filesystem::file_size(arguments.output) << " bytes" << std::endl;
+              << std::filesystem::file_size(arguments.output, ignored) << " bytes" << std::endl;
 }
 
 }  // namespace

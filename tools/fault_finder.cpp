@@ -69,12 +69,16 @@ std::optional<int> colorantFault(const Profile& profile, const Colorant& coloran
     return fits ? std::nullopt : std::optional<int>(icErrRead);
 }
 
+// The first tag with that fault, else the first with any: the library may notice another one first.
 template <size_t Count>
 uint32_t faultyColorant(const Profile& profile, const Colorant (&colorants)[Count], int code) {
+    uint32_t other = 0;
     for (const Colorant& colorant : colorants) {
-        if (colorantFault(profile, colorant) == code) return colorant.signature;
+        const std::optional<int> fault = colorantFault(profile, colorant);
+        if (fault == code) return colorant.signature;
+        if (fault && other == 0) other = colorant.signature;
     }
-    return 0;
+    return other;
 }
 
 }  // namespace

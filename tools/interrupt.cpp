@@ -27,6 +27,10 @@ extern "C" void noteSignal(int number) {
 }  // namespace
 
 void watchForInterrupt() {
+#if defined(SIGXFSZ)
+    // A file beyond the user's limit fails like one on a full disk, with what that cleans up.
+    std::signal(SIGXFSZ, SIG_IGN);
+#endif
     for (const int number : kSignals) {
         if (std::signal(number, noteSignal) == SIG_IGN) std::signal(number, SIG_IGN);
     }

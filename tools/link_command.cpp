@@ -22,6 +22,12 @@ std::vector<Profile> openProfiles(const LinkArguments& arguments) {
         throw UsageError(
             "a device link needs at least two profiles: the source's and the target's");
     }
+    for (const std::string& word : arguments.profiles) {
+        std::error_code ignored;
+        if (std::filesystem::equivalent(word, arguments.output, ignored)) {
+            throw UsageError(word + ": is a profile to link, and -o would replace it");
+        }
+    }
     std::vector<Profile> profiles;
     for (const std::string& word : arguments.profiles)
         profiles.push_back(Profile::open(word));
@@ -47,6 +53,9 @@ void printReport(const LinkArguments& arguments, const std::vector<ChainLink>& c
 
 void runLink(const LinkArguments& arguments) {
     const std::vector<Profile> profiles = openProfiles(arguments);
+    LinkTexts texts = arguments.texts;
+    if (texts.description.empty()) texts.description = linkDescription(profiles);
+    requireStorable(texts);
     watchForInterrupt();
     const Clock::time_point start = Clock::now();
     const std::vector<ChainLink> chain = chainOfProfiles(profiles, arguments.request.intent);
@@ -54,8 +63,6 @@ void runLink(const LinkArguments& arguments) {
         if (!link.notice.empty()) printMessage(link.notice);
     }
     const Table table = withPrecision(combineChain(chain, arguments.request), arguments.precision);
-    LinkTexts texts = arguments.texts;
-    if (texts.description.empty()) texts.description = linkDescription(profiles);
     const ProfileHandle link = makeLinkProfile(profiles, table, arguments.request.intent, texts);
     saveProfile(link.get(), arguments.output);
     const std::chrono::duration<double> elapsed = Clock::now() - start;

@@ -96,6 +96,11 @@ std::string linkDescription(const std::vector<Profile>& profiles) {
     return asciiText(ownName(profiles.front()) + " to " + ownName(profiles.back()));
 }
 
+void requireStorable(const LinkTexts& texts) {
+    descriptionTag(texts.description, kVersion2);
+    copyrightTag(texts.copyright, kVersion2);
+}
+
 ProfileHandle makeLinkProfile(const std::vector<Profile>& profiles, const Table& table,
                               icRenderingIntent intent, const LinkTexts& texts) {
     ProfileHandle profile = newProfile(kLinkClass, table.desc.inSpace, table.desc.outSpace, intent);

@@ -19,6 +19,9 @@ struct LinkTexts {
 /// "FIRST to LAST", in the characters that a description of version 2 can hold.
 std::string linkDescription(const std::vector<Profile>& profiles);
 
+/// @throws UsageError for a text that a link can't hold, before the work for one begins
+void requireStorable(const LinkTexts& texts);
+
 /// A profile of class 'link', version 2.4, with every tag that the class requires.
 ///
 /// @param profiles  those that the table was made from, listed in the profile

@@ -145,11 +145,12 @@ CLI::App* addInfo(CLI::App& app, InfoArguments& arguments) {
     return command;
 }
 
-// The option parser knows one-letter options and long ones: -16 is neither.
+// The option parser knows one-letter options and long ones: -16, of `values`, is neither.
 std::vector<std::string> parserArguments(int argc, char** argv) {
+    const bool hasSixteen = argc > 1 && std::string(argv[1]) == "values";
     std::vector<std::string> arguments;  // last first, as the parser takes them
     for (int i = argc - 1; i > 0; --i) {
-        arguments.push_back(std::string(argv[i]) == "-16" ? "--16" : argv[i]);
+        arguments.push_back(hasSixteen && std::string(argv[i]) == "-16" ? "--16" : argv[i]);
     }
     return arguments;
 }

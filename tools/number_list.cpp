@@ -28,8 +28,9 @@ std::vector<double> parseNumbers(const std::string& option, const std::string& t
         numbers.push_back(number.value_or(0));
     }
     if (sound && numbers.size() == count) return numbers;
-    throw UsageError(option + ": '" + text + "' is not " + std::to_string(count) +
-                     " numbers with commas between");
+    const std::string wanted =
+        count == 1 ? "a number" : std::to_string(count) + " numbers with commas between";
+    throw UsageError(option + ": '" + text + "' is not " + wanted);
 }
 
 }  // namespace lumoxa_tool

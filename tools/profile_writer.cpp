@@ -25,7 +25,7 @@ ProfileHandle copyOf(icProfile_t profile) {
     icProfile_t copy = nullptr;
     const int code = icProfileCopy(profile, &copy);
     if (code == icErrNoMemory) throw std::bad_alloc();
-    if (code != icSuccess) throw InputError("profile " + faultText(code), kCheckDisk);
+    if (code != icSuccess) throw InputError("profile " + faultText(code), "get a sound copy");
     return ProfileHandle(copy);
 }
 
@@ -33,7 +33,10 @@ ProfileHandle copyOf(icProfile_t profile) {
 // states; other software takes such a file for cut off.
 void padToStatedSize(const std::string& file, const std::string& path) {
     uint8_t stated[4] = {};
-    std::ifstream(file, std::ios::binary).read(reinterpret_cast<char*>(stated), sizeof stated);
+    std::ifstream saved(file, std::ios::binary);
+    if (!saved.read(reinterpret_cast<char*>(stated), sizeof stated)) {
+        throw InputError(path + ": can't be read back", kCheckDisk);
+    }
     std::error_code error;
     const auto size = fs::file_size(file, error);
     if (!error && size < bigEndian32(stated)) fs::resize_file(file, bigEndian32(stated), error);
@@ -43,6 +46,7 @@ void padToStatedSize(const std::string& file, const std::string& path) {
 }  // namespace
 
 void saveProfile(icProfile_t profile, const std::string& path) {
+    if (path.empty()) throw UsageError("-o: needs the name of a file");
     const ProfileHandle copy = copyOf(profile);
     watchForInterrupt();
     OutputFile file(path);

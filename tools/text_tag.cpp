@@ -18,9 +18,17 @@ bool isLocalized(uint32_t version) {
     return version >> 24 >= 4;
 }
 
+void requirePrintable(const std::string& text) {
+    const bool printable = std::none_of(text.begin(), text.end(), [](char character) {
+        const auto code = static_cast<unsigned char>(character);
+        return (code < 0x20 && character != '\n' && character != '\t') || code == 0x7F;
+    });
+    if (!printable) throw UsageError("a text has control characters; leave them out");
+}
+
 void requireAscii(const std::string& text) {
     const bool ascii = std::all_of(text.begin(), text.end(), [](char character) {
-        return character != 0 && static_cast<unsigned char>(character) < 0x80;
+        return static_cast<unsigned char>(character) < 0x80;
     });
     if (ascii) return;
     throw UsageError("text '" + text +
@@ -90,12 +98,14 @@ Bytes localizedTag(const std::string& text) {
 }  // namespace
 
 std::vector<uint8_t> descriptionTag(const std::string& text, uint32_t version) {
+    requirePrintable(text);
     if (isLocalized(version)) return localizedTag(text);
     requireAscii(text);
     return filledTag([&](icTagBase** tag) { return icFillProfileDescription(text.c_str(), tag); });
 }
 
 std::vector<uint8_t> copyrightTag(const std::string& text, uint32_t version) {
+    requirePrintable(text);
     if (isLocalized(version)) return localizedTag(text);
     requireAscii(text);
     Bytes tag = startOfTag(fourCc("text"));

@@ -177,11 +177,14 @@ TEST_F(ToolEdit, RefusalsSayWhatIsWrong) {
                  {{"--set-tag", "data=" + path("short.bin")}, 1, "has 7 bytes"},
                  {{"--set-tag", "data=" + path("none.bin")}, 1, "none.bin"},
                  {{"--trc", "A2B0=2"}, 2, "rTRC, gTRC, bTRC or kTRC"},
-                 {{"--trc", "rTRC=0"}, 2, "above 0 and below 256"},
-                 {{"--trc", "rTRC=256"}, 2, "above 0 and below 256"},
+                 {{"--trc", "rTRC=0"}, 2, "1/256 to"},
+                 {{"--trc", "rTRC=256"}, 2, "1/256 to"},
                  {{"--white", "1,1"}, 2, "not 3 numbers"},
                  {{"--white", "1,1,1x"}, 2, "not 3 numbers"},
-                 {{"--white", "0,1,1"}, 2, "above 0"}};
+                 {{"--white", "0,1,1"}, 2, "above 0"},
+                 {{"--white", "1e-9,1,1"}, 2, "above 0"},
+                 {{"--white", "32767.9999,1,1"}, 2, "above 0"},
+                 {{"--description", "a\x1b[31m"}, 2, "control characters"}};
     const auto expect = [&](const Result& result, int exitCode, const std::string& word) {
         EXPECT_EQ(result.exitCode, exitCode) << word;
         EXPECT_NE(result.err.find(word), std::string::npos) << word << ": " << result.err;
