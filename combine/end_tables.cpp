@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "eval/gray_kernels.h"
 #include "profile/pcs_encoding.h"
 
 namespace lumoxa {
@@ -37,6 +38,14 @@ const trcMatrix_t& matrixState(const icXformInternal& xform) {
 /// two-point lut16 whose matrix is not the identity.
 const TableSet<uint16_t>& inputCurves16(const icLutState_t& s) {
     return s.kind == kTypeLut16 ? s.middleCurves : s.inputCurves;
+}
+
+const GrayConv_t& grayState(const icXformInternal& xform) {
+    return *static_cast<const GrayConv_t*>(xform.state);
+}
+
+bool isGray(uint32_t kind) {
+    return kind == kKindGrayToLab || kind == kKindLabToGray;
 }
 
 bool isDisplay(uint32_t space, const icXformInternal& xform) {
@@ -98,6 +107,8 @@ void fillOutputTables(const icXformInternal& last, const Lut16View& lut) {
         uint16_t* table = lut.outputTable(c);
         if (last.kind == kKindMatrixTrc) {
             roundCurve(matrixState(last), c, entries, table);
+        } else if (last.kind == kKindLabToGray) {
+            std::copy_n(outTablesOf(grayState(last)).tables[c], entries, table);
         } else if (s != nullptr && s->outputTables8) {
             copyScaled(s->outputTables8, c, entries, isConnectionSpace(last.outSpace) ? 256 : 257,
                        table);
@@ -131,6 +142,9 @@ StageWithoutCurves::StageWithoutCurves(const icXformInternal& stage) : record_(u
     if (stage.kind == kKindTrcMatrix || stage.kind == kKindMatrixTrc) {
         matrix_ = matrixState(stage);
         record_.state = &matrix_;
+    } else if (isGray(stage.kind)) {
+        gray_ = grayState(stage);
+        record_.state = &gray_;
     } else if (stage.tetraState != nullptr) {
         tetra_ = std::make_unique<icLutTetraState_t>(*stage.tetraState);
         record_.tetraState = tetra_.get();
@@ -160,6 +174,7 @@ void StageWithoutCurves::switchOffInputCurves() {
 
 void StageWithoutCurves::switchOffOutputCurves() {
     if (record_.kind == kKindMatrixTrc) matrix_.hasCurves = 0;
+    if (record_.kind == kKindLabToGray) gray_.built = 0;
     if (icLutState_t* s = lut()) s->hasOutputCurves = false;
 }
 

@@ -8,6 +8,7 @@
 
 #include "combine/lut16.h"
 #include "lumoxa/evaluate.h"
+#include "lumoxa/gray.h"
 #include "xform/xform_object.h"
 
 namespace lumoxa {
@@ -43,6 +44,7 @@ class StageWithoutCurves {
 
     icXformInternal record_;
     trcMatrix_t matrix_{};
+    GrayConv_t gray_{};
     std::unique_ptr<icLutState_t> plain_;
     std::unique_ptr<icLutTetraState_t> tetra_;
     std::unique_ptr<icLutPentaState_t> penta_;

@@ -15,10 +15,16 @@ namespace {
 constexpr float kLargestError = 0.02f * kSampleMax16;
 constexpr int kFewestEntries = 17;  // a coarser table would change more than the highlights
 
-/// Index of the grid point that holds the white of the input space.
-std::optional<size_t> whitePoint(uint32_t space, const Lut16View& lut) {
+/// A gray device that is described by its patches has its paper at 0, an ink's 0.
+bool isInked(const icXformInternal& xform) {
+    return xform.kind == kKindGrayToLab || xform.kind == kKindLabToGray;
+}
+
+/// Index of the grid point that holds the white of the first stage's input space.
+std::optional<size_t> whitePoint(const icXformInternal& first, const Lut16View& lut) {
     const auto g = static_cast<size_t>(lut.grid());
-    switch (space) {
+    if (isInked(first) && first.inSpace == kSpaceGray) return 0;
+    switch (first.inSpace) {
         case kSpaceCmyk:
             return 0;
         case kSpaceLab:
@@ -33,11 +39,13 @@ std::optional<size_t> whitePoint(uint32_t space, const Lut16View& lut) {
     }
 }
 
-/// Paper white of a printer's space: no ink for CMYK, CMY and the n-colour spaces ('2CLR' ..
-/// 'FCLR'), full light for the additive ones.
-uint16_t paperOf(uint32_t space) {
+/// Paper white of a printer: no ink for CMYK, CMY, the n-colour spaces ('2CLR' .. 'FCLR') and gray
+/// inks, full light for the additive spaces.
+uint16_t paperOf(const icXformInternal& last) {
     constexpr uint32_t kNColour = fourcc("0CLR") & 0x00FFFFFF;
-    const bool inks = space == kSpaceCmyk || space == kSpaceCmy || (space & 0x00FFFFFF) == kNColour;
+    const uint32_t space = last.outSpace;
+    const bool inks = space == kSpaceCmyk || space == kSpaceCmy ||
+                      (space & 0x00FFFFFF) == kNColour || isInked(last);
     return inks ? 0 : 65535;
 }
 
@@ -102,9 +110,9 @@ class WhiteInTable {
 void adjustPaperWhite(const ExpandedChain& chain, const Lut16View& lut) {
     const bool printed = chain.last().deviceClass == kClassPrinter;
     if (chain.first().intent == icAbsoluteColorimetric || !printed) return;
-    const std::optional<size_t> point = whitePoint(chain.first().inSpace, lut);
+    const std::optional<size_t> point = whitePoint(chain.first(), lut);
     if (!point || lut.outputEntries() < kFewestEntries) return;
-    const uint16_t paper = paperOf(chain.last().outSpace);
+    const uint16_t paper = paperOf(chain.last());
     const uint16_t* white = lut.clut() + *point * static_cast<size_t>(lut.outputs());
     std::vector<WhiteInTable> tables;
     for (int c = 0; c < lut.outputs(); ++c) {

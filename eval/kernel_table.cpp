@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "eval/kernel_table.h"
 
+#include "eval/gray_kernels.h"
 #include "eval/matrix_trc_kernels.h"
 #include "lut/plain_kernels.h"
 
@@ -80,6 +81,23 @@ constexpr MatrixRow kMatrixRows[] = {
     {kKindMatrixTrc, true, {{{nullptr, nullptr}, {nullptr, matrixTrc16}}}},
 };
 
+void labToGray16(const void* state, const void* source, void* destination, int pixels) {
+    runOnAllCores<GrayConv_t, convertGray<uint16_t, uint16_t, outTablesOf>>(
+        *static_cast<const GrayConv_t*>(state), static_cast<const uint16_t*>(source),
+        static_cast<uint16_t*>(destination), pixels, 3, 3);
+}
+
+template <class In, class Out, GrayTableView (*TablesOf)(const GrayConv_t&)>
+constexpr KernelFn kGrayKernel = kernel<GrayConv_t, In, Out, convertGray<In, Out, TablesOf>>;
+
+/// Gray kinds. There is no kernel from 16 to 8 bits.
+constexpr KernelRow kGrayToLabRow = {
+    {{kGrayKernel<uint8_t, uint8_t, inTablesOf>, kGrayKernel<uint8_t, uint16_t, inTablesOf>},
+     {nullptr, kGrayKernel<uint16_t, uint16_t, inTablesOf>}}};
+constexpr KernelRow kLabToGrayRow = {
+    {{kGrayKernel<uint8_t, uint8_t, outTablesOf>, kGrayKernel<uint8_t, uint16_t, outTablesOf>},
+     {nullptr, labToGray16}}};
+
 BoundKernel lutKernelOf(const icXformInternal& xform, Depth in, Depth out) {
     const icLutState_t* lut = lutStateOf(xform);
     if (lut == nullptr) return {};
@@ -114,6 +132,9 @@ BoundKernel chooseKernel(const icXformInternal& xform, Depth in, Depth out) {
     if (xform.kind == kKindTrcMatrix || xform.kind == kKindMatrixTrc) {
         return matrixKernelOf(xform, in, out);
     }
+    if (xform.state == nullptr) return {};
+    if (xform.kind == kKindGrayToLab) return {kGrayToLabRow.at(in, out), xform.state, 3, 3, false};
+    if (xform.kind == kKindLabToGray) return {kLabToGrayRow.at(in, out), xform.state, 3, 3, false};
     return {};
 }
 

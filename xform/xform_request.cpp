@@ -2,6 +2,7 @@
 //
 // From a profile, an intent and a direction to a transform. The seven public forms are one request
 // with different tone parameters for the gray builders.
+#include "gray/gray_builders.h"
 #include "lumoxa/xform.h"
 #include "lut/lut_tag.h"
 #include "profile/entry_guard.h"
@@ -13,18 +14,62 @@
 namespace lumoxa {
 namespace {
 
-constexpr icTagSignature kGrayTag = fourcc("wzgd");
+/// What the forms add for gray profiles.
+struct GrayParameters {
+    GrayRequest request;
+    bool complete = true;  // no array that the form needs is missing
+};
 
-/// The part of a request that every form has.
 struct Request {
     const icProfileInternal& profile;
     icRenderingIntent intent;
     icTransType direction;
+    const GrayParameters& gray;
 };
 
-/// Gray profiles with the private gray tag have no builder yet.
-int buildGrayXform() {
-    return icErrXformKind;
+/// The tone of a form with a split tone of `points` control points.
+GrayParameters splitTone(const unsigned short* pair, int points, const float* controlPoints) {
+    GrayParameters gray;
+    gray.request.tone.pair = tonePair(pair);
+    gray.complete = points >= 0 && (points == 0 || controlPoints != nullptr);
+    if (gray.complete && points > 0) {
+        gray.request.tone.controlPoints = {controlPoints, static_cast<size_t>(points) * 3};
+    }
+    return gray;
+}
+
+GrayParameters tone(const unsigned short* pair, float fade = 0.0f) {
+    GrayParameters gray;
+    gray.request.tone = {tonePair(pair), fade, {}};
+    return gray;
+}
+
+/// Only a transform to the device needs the caller's tone curve.
+GrayParameters withCurve(GrayParameters gray, icTransType direction, const float* curve) {
+    gray.request.toneCurve = curve;
+    gray.complete = gray.complete && (curve != nullptr || direction != icPcsToDevice);
+    return gray;
+}
+
+GrayParameters withShaping(GrayParameters gray, int shaping, float parameter) {
+    gray.request.shaped = shaping != 0;
+    gray.request.shapingParameter = parameter;
+    return gray;
+}
+
+int buildGrayXform(const Request& request, icXformInternal& xform) {
+    if (!request.gray.complete) return icErrInvalid;
+    GrayStatePtr state;
+    const int code = buildGrayState(request.profile, request.direction, request.intent,
+                                    request.gray.request, state);
+    if (code != icSuccess) return code;
+    xform.kind = request.direction == icDeviceToPcs ? kKindGrayToLab : kKindLabToGray;
+    xform.inChannels = xform.outChannels = 3;
+    xform.inTableEntries = state->inEntries;
+    xform.outTableEntries = state->outEntries;
+    xform.state = state.release();
+    xform.releaseState = [](void* record) { GrayRelease()(static_cast<GrayConv_t*>(record)); };
+    return icSuccess;
 }
 
 int readLutTag(const Request& request, icTagSignature signature, icXformInternal& xform) {
@@ -39,7 +84,7 @@ int readLutTag(const Request& request, icTagSignature signature, icXformInternal
 
 int buildWithoutLut(const Request& request, icXformInternal& xform) {
     if (request.profile.header.colorSpace == kSpaceGray && hasTag(request.profile, kGrayTag)) {
-        return buildGrayXform();
+        return buildGrayXform(request, xform);
     }
     auto* profile = const_cast<icProfileInternal*>(&request.profile);
     return request.direction == icDeviceToPcs
@@ -78,13 +123,13 @@ void describe(const Request& request, icXformInternal& xform) {
 }
 
 int requestXform(icProfile_t handle, icRenderingIntent intent, icTransType direction,
-                 icXform_t* out) {
+                 const GrayParameters& gray, icXform_t* out) {
     if (out == nullptr) return icErrInvalid;
     *out = nullptr;
     const icProfileInternal* profile = validProfile(handle);
     if (profile == nullptr) return icErrInvalid;
     return guarded([&] {
-        const Request request{*profile, intent, direction};
+        const Request request{*profile, intent, direction, gray};
         XformPtr xform = newXform();
         describe(request, *xform);
         const int code = buildConversion(request, *xform);
@@ -96,39 +141,49 @@ int requestXform(icProfile_t handle, icRenderingIntent intent, icTransType direc
 }  // namespace
 }  // namespace lumoxa
 
-using lumoxa::requestXform;
+using namespace lumoxa;
+
+// Each form: the tone it names, then what it says about tonality.
 
 int icXformGet(icProfile_t profile, icRenderingIntent intent, icTransType transType,
                icXform_t* out) {
-    return requestXform(profile, intent, transType, out);
+    return requestXform(profile, intent, transType, splitTone(nullptr, 0, nullptr), out);
 }
 
 int icXformGet(icProfile_t profile, icRenderingIntent intent, icTransType transType,
-               const unsigned short*, icXform_t* out) {
-    return requestXform(profile, intent, transType, out);
+               const unsigned short* pair, icXform_t* out) {
+    return requestXform(profile, intent, transType, tone(pair), out);
 }
 
 int icXformGet(icProfile_t profile, icRenderingIntent intent, icTransType transType,
-               const unsigned short*, const float*, icXform_t* out) {
-    return requestXform(profile, intent, transType, out);
+               const unsigned short* pair, const float* curve, icXform_t* out) {
+    return requestXform(profile, intent, transType, withCurve(tone(pair), transType, curve), out);
 }
 
 int icXformGet(icProfile_t profile, icRenderingIntent intent, icTransType transType,
-               const unsigned short*, float, const float*, icXform_t* out) {
-    return requestXform(profile, intent, transType, out);
+               const unsigned short* pair, float parameter, const float* curve, icXform_t* out) {
+    return requestXform(profile, intent, transType,
+                        withCurve(tone(pair, parameter), transType, curve), out);
 }
 
 int icXformGet(icProfile_t profile, icRenderingIntent intent, icTransType transType,
-               const unsigned short*, float, icXform_t* out, int, float) {
-    return requestXform(profile, intent, transType, out);
+               const unsigned short* pair, float parameter, icXform_t* out, int shaping,
+               float shapingParameter) {
+    return requestXform(profile, intent, transType,
+                        withShaping(tone(pair, parameter), shaping, shapingParameter), out);
 }
 
 int icXformGet(icProfile_t profile, icRenderingIntent intent, icTransType transType,
-               const unsigned short*, int, const float*, const float*, icXform_t* out) {
-    return requestXform(profile, intent, transType, out);
+               const unsigned short* pair, int points, const float* controlPoints,
+               const float* curve, icXform_t* out) {
+    return requestXform(profile, intent, transType,
+                        withCurve(splitTone(pair, points, controlPoints), transType, curve), out);
 }
 
 int icXformGet(icProfile_t profile, icRenderingIntent intent, icTransType transType,
-               const unsigned short*, int, const float*, icXform_t* out, int, float) {
-    return requestXform(profile, intent, transType, out);
+               const unsigned short* pair, int points, const float* controlPoints, icXform_t* out,
+               int shaping, float shapingParameter) {
+    return requestXform(
+        profile, intent, transType,
+        withShaping(splitTone(pair, points, controlPoints), shaping, shapingParameter), out);
 }

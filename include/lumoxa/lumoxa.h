@@ -8,6 +8,7 @@
 #include "lumoxa/evaluate.h"
 #include "lumoxa/export.h"
 #include "lumoxa/frame.h"
+#include "lumoxa/gray.h"
 #include "lumoxa/profile.h"
 #include "lumoxa/tags.h"
 #include "lumoxa/types.h"

@@ -48,14 +48,15 @@ LUMOXA_API int icXformGetDesc(icXform_t xform, icXformDesc_t* out);
 ///    the media white; then 0, 1, 2 are tried in this order whatever was asked. An intent above 3
 ///    uses that order alone. Tags with three inputs are interpolated in tetrahedra, with four in
 ///    pentahedra, others multilinearly.
-///  - for a GRAY profile, the private gray tag 'wzgd' (icErrXformKind: not built yet);
+///  - for a GRAY profile, the private gray tag 'wzgd': tone tables of a print in three channels,
+///    kinds 'KtoL' and 'LtoK' (gray.h);
 ///  - tone curves and colorants ('rTRC', 'rXYZ' and their companions), or 'kTRC' for GRAY.
 ///
 /// A gamut test (transType 3) uses 'gamt'; without that tag, and for a transType outside 1..3, the
 /// call succeeds with a transform that describes the spaces but converts nothing (kind 0).
 ///
 /// The forms differ only in the tone parameters that they hand to the gray builders; for every
-/// other profile they are the same call.
+/// other profile they are the same call. This form asks for a neutral tone.
 ///
 /// @param profile    a profile of any kind; only read, and not needed afterwards
 /// @param intent     rendering intent
@@ -74,35 +75,43 @@ LUMOXA_API int icXformGetDesc(icXform_t xform, icXformDesc_t* out);
 LUMOXA_API int icXformGet(icProfile_t profile, icRenderingIntent intent, icTransType transType,
                           icXform_t* out);
 
-/// As the first form. @param pair  wanted tone of a gray transform: a* and b*, 16-bit encoding.
+// What the other forms ask of a gray profile with patches:
+//
+//   pair           wanted tone, a* and b* in the 16-bit Lab encoding; null is neutral
+//   parameter      0..1, fades the tone towards paper and black (see icBuildGrayPreLuts)
+//   points         control points of a split tone, 0 for none; below 0 is icErrInvalid
+//   controlPoints  `points` triples of L* (0..100, rising), a*, b*, added to the pair's tone with
+//                  straight lines between them; null with points above 0 is icErrInvalid
+//   curve          256 values: the L* to print, 0..65280, for L* = 256 k on that scale, in place of
+//                  black compensation and smoothing; null is icErrInvalid for transType 2. Not used
+//                  for transType 1
+//   shaping        non-zero: with the perceptual intent, shape the tones (see icBuildGrayOutLuts)
+//   shapingParameter  contrast of the middle tones, 0 for their full slope
+
+/// As the first form, for a tone. Shaped with parameter 0.
 LUMOXA_API int icXformGet(icProfile_t profile, icRenderingIntent intent, icTransType transType,
                           const unsigned short* pair, icXform_t* out);
 
-/// As the first form. @param pair  wanted tone. @param curve  256 entries of a gray tone curve.
+/// As the first form, for a tone and a tone curve.
 LUMOXA_API int icXformGet(icProfile_t profile, icRenderingIntent intent, icTransType transType,
                           const unsigned short* pair, const float* curve, icXform_t* out);
 
-/// As the first form. @param pair  wanted tone. @param parameter  fade of the tone, 0..1.
-/// @param curve  256 entries of a gray tone curve.
+/// As the first form, for a faded tone and a tone curve.
 LUMOXA_API int icXformGet(icProfile_t profile, icRenderingIntent intent, icTransType transType,
                           const unsigned short* pair, float parameter, const float* curve,
                           icXform_t* out);
 
-/// As the first form. @param pair  wanted tone. @param parameter  fade of the tone, 0..1.
-/// @param shaping  whether the gray tables are shaped. @param shapingParameter  how strongly.
+/// As the first form, for a faded tone and shaping.
 LUMOXA_API int icXformGet(icProfile_t profile, icRenderingIntent intent, icTransType transType,
                           const unsigned short* pair, float parameter, icXform_t* out, int shaping,
                           float shapingParameter);
 
-/// As the first form. @param pair  wanted tone. @param points  control points of a split tone.
-/// @param controlPoints  `points` triples of L*, a*, b*. @param curve  256 entries of a tone curve.
+/// As the first form, for a split tone and a tone curve.
 LUMOXA_API int icXformGet(icProfile_t profile, icRenderingIntent intent, icTransType transType,
                           const unsigned short* pair, int points, const float* controlPoints,
                           const float* curve, icXform_t* out);
 
-/// As the first form. @param pair  wanted tone. @param points  control points of a split tone.
-/// @param controlPoints  `points` triples of L*, a*, b*. @param shaping  whether the gray tables
-/// are shaped. @param shapingParameter  how strongly.
+/// As the first form, for a split tone and shaping.
 LUMOXA_API int icXformGet(icProfile_t profile, icRenderingIntent intent, icTransType transType,
                           const unsigned short* pair, int points, const float* controlPoints,
                           icXform_t* out, int shaping, float shapingParameter);
