@@ -15,15 +15,10 @@ namespace {
 constexpr float kLargestError = 0.02f * kSampleMax16;
 constexpr int kFewestEntries = 17;  // a coarser table would change more than the highlights
 
-/// A gray device that is described by its patches has its paper at 0, an ink's 0.
-bool isInked(const icXformInternal& xform) {
-    return xform.kind == kKindGrayToLab || xform.kind == kKindLabToGray;
-}
-
 /// Index of the grid point that holds the white of the first stage's input space.
 std::optional<size_t> whitePoint(const icXformInternal& first, const Lut16View& lut) {
     const auto g = static_cast<size_t>(lut.grid());
-    if (isInked(first) && first.inSpace == kSpaceGray) return 0;
+    if (first.kind == kKindGrayToLab) return 0;  // of ink, unlike a gray that stands for light
     switch (first.inSpace) {
         case kSpaceCmyk:
             return 0;
@@ -39,13 +34,13 @@ std::optional<size_t> whitePoint(const icXformInternal& first, const Lut16View& 
     }
 }
 
-/// Paper white of a printer: no ink for CMYK, CMY, the n-colour spaces ('2CLR' .. 'FCLR') and gray
-/// inks, full light for the additive spaces.
+/// Paper white of a printer: no ink for CMYK, CMY, the n-colour spaces ('2CLR' .. 'FCLR') and the
+/// channels of a gray print, full light for the additive spaces.
 uint16_t paperOf(const icXformInternal& last) {
     constexpr uint32_t kNColour = fourcc("0CLR") & 0x00FFFFFF;
     const uint32_t space = last.outSpace;
     const bool inks = space == kSpaceCmyk || space == kSpaceCmy ||
-                      (space & 0x00FFFFFF) == kNColour || isInked(last);
+                      (space & 0x00FFFFFF) == kNColour || last.kind == kKindLabToGray;
     return inks ? 0 : 65535;
 }
 

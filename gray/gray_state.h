@@ -37,6 +37,23 @@ inline bool reflectsLight(const float* xyz) {
     return xyz[0] > 0.0f && xyz[1] > 0.0f && xyz[2] > 0.0f;
 }
 
+/// Whether a device can have so many patches in that layout.
+constexpr bool possibleGrayCounts(int n, int steps, int layoutFlag) {
+    constexpr int kMostGrid = 65535;
+    constexpr int kMostSteps = 255;
+    return n >= 2 && n <= kMostGrid && steps >= 1 && steps <= kMostSteps && layoutFlag >= 0 &&
+           layoutFlag <= gray_layout::kMostLayout;
+}
+
+/// Whether tone curves can be fitted to samples.
+inline bool canFitGray(int n, int steps, int layoutFlag, const float* samples) {
+    return possibleGrayCounts(n, steps, layoutFlag) && samples != nullptr &&
+           reflectsLight(grayPaper(
+               samples,
+               grayTriples(static_cast<uint64_t>(n), static_cast<uint64_t>(steps), layoutFlag),
+               layoutFlag));
+}
+
 /// Releases the blocks of a state, and the state itself.
 struct GrayRelease {
     void operator()(GrayConv_t* state) const noexcept {

@@ -12,10 +12,13 @@ namespace lumoxa {
 
 /// Whether a state has all that tables are built from.
 inline bool hasCurves(const GrayConv_t* state) {
-    if (state == nullptr || state->tagData == nullptr || state->samples == nullptr) return false;
+    if (state == nullptr || state->tagData == nullptr) return false;
     const float* const curves[] = {state->curveX, state->outCurveA, state->outCurveB,
                                    state->curveL, state->inCurveA,  state->inCurveB};
-    return std::find(std::begin(curves), std::end(curves), nullptr) == std::end(curves);
+    return std::find(std::begin(curves), std::end(curves), nullptr) == std::end(curves) &&
+           state->layoutFlag <= gray_layout::kMostLayout &&
+           canFitGray(grayGridSize(*state), graySteps(*state), static_cast<int>(state->layoutFlag),
+                      state->samples);
 }
 
 /// The three tables of one direction, in one block.
@@ -26,23 +29,46 @@ struct GrayTables {
     uint32_t entries;
 };
 
-/// Makes room for the tables if there is none, fits the curves if the tone is another one than the
-/// state was built for, and says whether there is anything to build.
+/// One build of tables. It makes room for them if there is none and fits the curves if the tone is
+/// another one than the state was built for. Unless it is finished, the state is left without the
+/// tables.
 ///
 /// The state goes on to name the tone of its first build, deliberately: tables for any other tone
 /// are made anew at each call, even for the tone of the call before.
-inline bool prepareTables(GrayConv_t& state, const GrayTables& tables, const ToneRequest& request) {
-    const bool sameTone = request.pair == TonePair{state.keyFirst, state.keySecond};
-    if (tables.first != nullptr && sameTone) return false;
-    if (tables.first == nullptr) {
-        const size_t entries = tables.entries;
-        tables.first = requireZeroed<uint16_t>(3 * entries * sizeof(uint16_t)).release();
-        tables.second = tables.first + entries;
-        tables.third = tables.second + entries;
+class TableBuild {
+  public:
+    /// Throws std::bad_alloc.
+    TableBuild(GrayConv_t& state, const GrayTables& tables, const ToneRequest& request)
+        : tables_(tables), block_(tables.first) {
+        const bool sameTone = request.pair == TonePair{state.keyFirst, state.keySecond};
+        needed_ = block_ == nullptr || !sameTone;
+        if (!needed_) {
+            finish();
+            return;
+        }
+        tables_.first = tables_.second = tables_.third = nullptr;
+        if (block_ == nullptr) {
+            block_ = requireZeroed<uint16_t>(size_t{3} * tables.entries * sizeof(uint16_t));
+        }
+        if (!sameTone) refitToneCurves(state, request);
     }
-    if (!sameTone) refitToneCurves(state, request);
-    return true;
-}
+
+    /// Whether there is anything to build.
+    bool needed() const { return needed_; }
+    std::span<uint16_t> table(size_t i) const {
+        return {block_.get() + i * tables_.entries, tables_.entries};
+    }
+    void finish() {
+        tables_.first = block_.release();
+        tables_.second = tables_.first + tables_.entries;
+        tables_.third = tables_.second + tables_.entries;
+    }
+
+  private:
+    GrayTables tables_;
+    CHeapPtr<uint16_t> block_;
+    bool needed_ = false;
+};
 
 /// The sample of a device value or an encoded Lab value.
 inline uint16_t tableEntry(float value) {

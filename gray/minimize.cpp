@@ -110,7 +110,7 @@ class Simplex {
 
     /// Tries the point on the line from the worst vertex through the face of the others; it takes
     /// the vertex's place where it is better. Factor -1 reflects, 2 expands, 0.5 contracts.
-    double icSimplexTry(int worst, double factor) {
+    double tryMove(int worst, double factor) {
         const double fac1 = (1.0 - factor) / ndim_;
         const double fac2 = fac1 - factor;
         for (int j = 0; j < ndim_; ++j)
@@ -199,12 +199,12 @@ int icSimplexMinimize(double** vertices, double* values, int ndim, double ftol,
             return best;
         }
         if (*evaluations >= kMostEvaluations) return -1;
-        double tried = simplex.icSimplexTry(worst, -1.0);
+        double tried = simplex.tryMove(worst, -1.0);
         if (tried <= lowest) {
-            simplex.icSimplexTry(worst, 2.0);
+            simplex.tryMove(worst, 2.0);
         } else if (tried >= simplex.value(nextWorst)) {
             const double before = simplex.value(worst);
-            tried = simplex.icSimplexTry(worst, 0.5);
+            tried = simplex.tryMove(worst, 0.5);
             if (tried >= before) simplex.shrink(best);
         }
     }

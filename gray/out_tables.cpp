@@ -15,6 +15,8 @@ namespace lumoxa {
 namespace {
 
 constexpr float kLTop = kLabLMax;
+constexpr uint32_t kFullScale = 65535;  // the L* sample of the last entry
+constexpr size_t kToneCurveStep = 256;
 // A darkest tone at the end of the ramp that is below 10 % is taken 1 % lighter: measurements that
 // deep are noise.
 constexpr float kDeepBlack = 6528.0f;
@@ -107,19 +109,19 @@ void fillCompanion(const Spline& companion, std::span<const uint16_t> main,
 }  // namespace
 
 void buildOutTables(GrayConv_t& state, const ToneRequest& request, const Tonality& tonality) {
-    const GrayTables tables = outTables(state);
-    if (!prepareTables(state, tables, request)) return;
+    TableBuild build(state, outTables(state), request);
+    if (!build.needed()) return;
     const Curves18 curves(state);
     Lightness lightness(curves);
     const float base = tonality.perceptual ? lightness.black() : 0.0f;
     const float range = kLTop - base;
     // The entry of L* = 100; those above it stay 0.
-    const uint64_t last = uint64_t{tables.entries - 1} * kLabLMax / 65535;
-    const std::span main(tables.first, static_cast<size_t>(last) + 1);
+    const uint64_t last = uint64_t{state.outEntries - 1} * kLabLMax / kFullScale;
+    const std::span main = build.table(0).first(static_cast<size_t>(last) + 1);
     for (size_t i = 0; i < main.size(); ++i) {
         double t = last == 0 ? 0.0 : static_cast<double>(i) / static_cast<double>(last);
         if (tonality.perceptual && tonality.shaped) {
-            t = shapedTone(static_cast<double>(base / kLTop), t,
+            t = shapedTone(static_cast<double>(base) / kLabLMax, t,
                            static_cast<double>(tonality.shapingParameter));
         }
         const auto wanted =
@@ -128,37 +130,38 @@ void buildOutTables(GrayConv_t& state, const ToneRequest& request, const Tonalit
         main[i] = tableEntry(lightness.invert(target));
     }
     smoothTable(main);
-    const auto companion = [&](const Curve& curve, uint16_t* table) {
-        const std::span entries(table, main.size());
+    const auto companion = [&](const Curve& curve, std::span<uint16_t> table) {
+        const std::span entries = table.first(main.size());
         fillCompanion(Spline::piecewiseLinear(curves.x.data(), curve.data(), kInverseLutPoints),
                       main, entries);
         smoothTable(entries);
     };
-    companion(curves.a, tables.second);
-    companion(curves.b, tables.third);
+    companion(curves.a, build.table(1));
+    companion(curves.b, build.table(2));
+    build.finish();
 }
 
 void buildOutTables(GrayConv_t& state, const ToneRequest& request, const float* toneCurve) {
-    const GrayTables tables = outTables(state);
-    if (!prepareTables(state, tables, request)) return;
+    TableBuild build(state, outTables(state), request);
+    if (!build.needed()) return;
     const Curves18 curves(state);
     Lightness lightness(curves);
     std::array<float, kToneCurvePoints> toneX;
     for (size_t k = 0; k < toneX.size(); ++k)
-        toneX[k] = static_cast<float>(256 * k);
+        toneX[k] = static_cast<float>(kToneCurveStep * k);
     const Spline tone(toneX.data(), toneCurve, kToneCurvePoints);
-    const std::span main(tables.first, tables.entries);
-    const auto last = static_cast<float>(tables.entries - 1);
+    const std::span main = build.table(0);
+    const auto last = static_cast<float>(main.size() - 1);
     for (size_t i = 0; i < main.size(); ++i) {
-        const float L = std::min(kLTop, static_cast<float>(i) * 65535.0f / last);
+        const float L = std::min(kLTop, static_cast<float>(i) * kSampleMax16 / last);
         main[i] = tableEntry(lightness.invert(std::max(lightness.black(), tone(L))));
     }
-    const auto companion = [&](const Curve& curve, uint16_t* table) {
-        fillCompanion(Spline(curves.x.data(), curve.data(), kInverseLutPoints), main,
-                      {table, main.size()});
+    const auto companion = [&](const Curve& curve, std::span<uint16_t> table) {
+        fillCompanion(Spline(curves.x.data(), curve.data(), kInverseLutPoints), main, table);
     };
-    companion(curves.a, tables.second);
-    companion(curves.b, tables.third);
+    companion(curves.a, build.table(1));
+    companion(curves.b, build.table(2));
+    build.finish();
 }
 
 }  // namespace lumoxa

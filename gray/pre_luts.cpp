@@ -279,16 +279,10 @@ void refitToneCurves(GrayConv_t& state, const ToneRequest& request) {
 int icBuildGrayPreLuts(int n, int steps, const float* samples, int layoutFlag,
                        const unsigned short* pair, float parameter, float* const curves[6]) {
     using namespace lumoxa;
-    constexpr int kMostSteps = 255;
-    constexpr int kMostGrid = 65535;
-    if (samples == nullptr || curves == nullptr || n < 2 || n > kMostGrid || steps < 1 ||
-        steps > kMostSteps || layoutFlag < 0 || layoutFlag > gray_layout::kMostLayout ||
-        std::find(curves, curves + 6, nullptr) != curves + 6) {
+    if (curves == nullptr || std::find(curves, curves + 6, nullptr) != curves + 6 ||
+        !canFitGray(n, steps, layoutFlag, samples)) {
         return icErrInvalid;
     }
-    const uint64_t triples =
-        grayTriples(static_cast<uint64_t>(n), static_cast<uint64_t>(steps), layoutFlag);
-    if (!reflectsLight(grayPaper(samples, triples, layoutFlag))) return icErrInvalid;
     return guarded([&] {
         fitToneCurves(n, steps, samples, layoutFlag, {tonePair(pair), parameter, {}},
                       {curves[0], curves[1], curves[2], curves[3], curves[4], curves[5]});

@@ -2,6 +2,7 @@
 #include "gray/spline.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <memory>
 #include <new>
 

@@ -30,12 +30,13 @@ inline constexpr int icCombineKeepPaperWhite = 2;  ///< no paper-white adjustmen
 /// Neighbours fit when their channel counts agree and their spaces are the same, or both are
 /// connection spaces; Lab/XYZ conversions and the white scaling of absolute colorimetry are put in
 /// where needed. The result's grid is sized from the chain; its input tables carry the first
-/// stage's curves when no transform of the chain has a grid of its own and it does not end in a
-/// conversion to Lab; its output tables carry the last stage's curves; its grid is filled by
-/// running every point through the chain in 16 bits. A chain in which no transform has a grid gets
-/// three grid points a channel: exact where it is linear between its end curves, but what is not
-/// (colours that the target's gamut cuts off, Lab between XYZ profiles and Lab ones) is spread over
-/// half the range. Where that matters, convert with one transform after the other.
+/// stage's curves when no transform of the chain has a grid of its own, it does not start with a
+/// gray device of patches, and does not end in one or in a conversion to Lab; its output tables
+/// carry the last stage's curves; its grid is filled by running every point through the chain in 16
+/// bits. Any other chain in which no transform has a grid gets three grid points a channel: exact
+/// where it is linear between its end curves, but what is not (colours that the target's gamut cuts
+/// off, Lab between XYZ profiles and Lab ones) is spread over half the range. Where that matters,
+/// convert with one transform after the other.
 ///
 /// For an RGB display at the start of the chain, black is lifted by 1/24 of the range, and lowered
 /// by as much for an RGB display at its end (with any start but Lab), so that a shadow keeps its

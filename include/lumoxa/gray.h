@@ -7,6 +7,11 @@
 // builds the tables from them; the functions here are its stages, for programs that measure, fit
 // and rebuild tables themselves.
 //
+// A gray transform has three samples a pixel on both sides: L* (a* and b* are not read) to the main
+// channel and the companions, or the main channel to L*, a*, b*. Converted to 8 bits, a table value
+// of 65408 or more wraps to 0, as which the darkest black then reads like paper: use 16 bits for
+// print.
+//
 // Scales: device values 0..65535, L* 0..100 as 0..65280, a* and b* as 32768 + 256 x value. A tone
 // is a pair of a* and b* in that encoding; null means neutral (32768, 32768).
 #pragma once
@@ -62,22 +67,24 @@ struct GrayConv_t {
 /// @param parameter   t in 0..1, which fades the tone to paper and black: a* and b* times
 ///                    1 - t (2 L* / 100 - 1)^2
 /// @param curves      steps + 2 values each: abscissae, companions, L*, achieved a* and b*
-/// @return 0; icErrInvalid for a null argument or a count or layout outside those; icErrNoMemory
+/// @return 0; icErrInvalid for a null argument, a count or layout outside those, or a paper that
+///         reflects nothing; icErrNoMemory
 LUMOXA_API int icBuildGrayPreLuts(int n, int steps, const float* samples, int layoutFlag,
                                   const unsigned short* pair, float parameter,
                                   float* const curves[6]);
 
 /// Makes the three in tables by sampling the splines of L*, a* and b*.
 ///
-/// Where the state has the tables and `pair` is the tone that it was built for, they stay as they
-/// are. Any other tone fits the curves and makes the tables anew, each time: the state goes on to
-/// name the first tone.
+/// Where the state has tables and `pair` is the tone that it was built for first, the tables stay
+/// as they are, even if they have been made for another tone since. Any other tone fits the curves
+/// and makes the tables anew, each time.
 ///
 /// @param state      curves, tag and samples filled
 /// @param intent     not used: what a device value looks like does not depend on it
 /// @param pair       wanted tone, or null for neutral
 /// @param parameter  fade of the tone, as `icBuildGrayPreLuts`
-/// @return 0; icErrInvalid for a null state or one without curves, tag or samples; icErrNoMemory
+/// @return 0; icErrInvalid for a null state, one without curves, tag or samples that curves can be
+///         fitted to, or with fewer than 2 entries; icErrNoMemory, which leaves it without tables
 LUMOXA_API int icBuildGrayInLuts(GrayConv_t* state, icRenderingIntent intent,
                                  const unsigned short* pair, float parameter);
 
