@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "bench/conversions.h"
 
+#include "tests/support/gray_profiles.h"
 #include "tests/support/profile_bytes.h"
 #include "tests/support/real_profiles.h"
 
@@ -67,6 +68,13 @@ void addSyntheticLuts(std::vector<Conversion>& list) {
         {"mBA_tetra", {{printerWith("B2A0", 3, lutBToATag(fullLutAB())), icPcsToDevice}}});
 }
 
+// Three-channel gray out of patches: what building costs is the search for the companions.
+void addPatchGray(std::vector<Conversion>& list) {
+    const Image gray = shared(grayProfile().image());
+    list.push_back({"KtoL", {{gray, icDeviceToPcs}}});
+    list.push_back({"LtoK", {{gray, icPcsToDevice}}});
+}
+
 }  // namespace
 
 Bytes realProfile(const std::string& pathEnd) {
@@ -86,6 +94,7 @@ std::vector<Conversion> makeConversions() {
         {"mft2_penta", {{cmyk, icDeviceToPcs}}},
     };
     addSyntheticLuts(list);
+    addPatchGray(list);
     list.push_back({"sRGB_to_AdobeRGB", {{srgb, icDeviceToPcs}, {adobe, icPcsToDevice}}});
     list.push_back({"sRGB_to_CMYK", {{srgb, icDeviceToPcs}, {cmyk, icPcsToDevice}}});
     list.push_back({"CMYK_to_sRGB", {{cmyk, icDeviceToPcs}, {srgb, icPcsToDevice}}});

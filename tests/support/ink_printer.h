@@ -62,8 +62,10 @@ class InkPrinter {
   private:
     static constexpr double kYuleNielsen = 2;
     static constexpr Triple kPaper = {0.82, 0.85, 0.72};
-    // A warm black, a cool toner and a warm one.
-    static constexpr Triple kInk[3] = {{0.045, 0.042, 0.036}, {0.70, 0.78, 0.90}, {0.84, 0.80, 0.62}};
+    // A black that leans to yellow-green, and two light toners, magenta and blue, that make up for
+    // it.
+    static constexpr Triple kInk[3] = {
+        {0.0245, 0.0250, 0.0190}, {0.85, 0.74, 0.86}, {0.76, 0.81, 0.96}};
 
     static double solid(unsigned inks, size_t channel) {
         double value = kPaper[channel];

@@ -120,7 +120,7 @@ TEST(XformRequest, MissesItsResultCode) {
         ProfileBytes gray("prtr", "GRAY", "Lab ");
         EXPECT_EQ(request(gray.addTag("wtpt", xyzTag(1, 1, 1)).image(), 0, transType, x),
                   icErrNoTag);
-        EXPECT_EQ(request(gray.addTag("wzgd", Bytes(64)).image(), 0, transType, x), icErrXformKind);
+        EXPECT_EQ(request(gray.addTag("wzgd", Bytes(64)).image(), 0, transType, x), icErrTagType);
         for (uint32_t missing = 0; missing < 6; ++missing) {
             Bytes image = smallRgbProfile();
             put32(image, 132 + 12 * missing, 0);  // another signature
