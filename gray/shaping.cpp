@@ -37,7 +37,7 @@ struct EndCubic {
 
 /// A cubic through the origin that meets the line of that slope through (0.5, middle).
 EndCubic makeCubic(bool inverse, double slope, double middle) {
-    // Three quarters of the way from the line's middle to where it leaves the range.
+    // Three quarters of the way from the middle to the joint at which the cubic would start level.
     const double e = (0.75 - 1.5 * middle / slope - 0.5) * 0.75 + 0.5;
     const double atJoint = (e - 0.5) * slope + middle;
     const double beta = 1.5 * atJoint / e - slope / 2.0;

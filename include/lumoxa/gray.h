@@ -100,7 +100,10 @@ LUMOXA_API int icBuildGrayInLuts(GrayConv_t* state, icRenderingIntent intent,
 /// @param pair              wanted tone, or null for neutral
 /// @param shaping           non-zero: a tone curve, perceptual intent only, that keeps the ends and
 ///                          gives the middle the contrast that the compensation took
-/// @param shapingParameter  0 gives the middle its full slope, above 0 more, below 0 less
+/// @param shapingParameter  0 gives the middle its full slope, above 0 more, below 0 less. For a
+/// black
+///                          of L* = 100 b the curve rises throughout from 4 - 12 / (1 + 2 b) to
+///                          8 - 24 b, -8..8 for b = 0; beyond that its ends turn back
 /// @return as `icBuildGrayInLuts`
 LUMOXA_API int icBuildGrayOutLuts(GrayConv_t* state, icRenderingIntent intent,
                                   const unsigned short* pair, int shaping, float shapingParameter);
