@@ -18,21 +18,15 @@ namespace {
 
 constexpr uint32_t kMaxChannels = 16;
 
-// CIE 15, as in the tables of the XYZ-to-Lab stage, but without a table for two pixels: f(t) =
-// t^(1/3) above 0.008856, else 7.787 t + 16/116; L* = 116 f - 16, a* = 500 (fx - fy), b* = 200
-// (fy - fz).
-constexpr float kLinearBelow = 0.008856f;
-constexpr float kLinearSlope = 7.787f;
-constexpr float kLinearOffset = 0.13793103f;  // 16 / 116
-constexpr float kLScale = 652.8f;             // 65280 / 100
-constexpr float kAPerF = 128000.0f;           // 500 x 256
-constexpr float kBPerF = 51200.0f;            // 200 x 256
+// The formulas of CIE 15 as in the tables of the XYZ-to-Lab stage, without tables for two pixels.
+constexpr float kAPerF = 128000.0f;  // 500 x 256
+constexpr float kBPerF = 51200.0f;   // 200 x 256
 
 using LabPixel = std::array<uint16_t, 3>;
 
 float fOf(uint16_t sample, uint16_t white) {
     const float t = static_cast<float>(sample) / static_cast<float>(white);
-    if (t < kLinearBelow) return kLinearSlope * t + kLinearOffset;
+    if (t < static_cast<float>(kCieLinearBelow)) return kCieLinearSlope * t + kCieLinearOffset;
     return t <= 1.0f ? std::pow(t, 1.0f / 3.0f) : 1.0f;  // brighter than the white is the white
 }
 
@@ -45,7 +39,7 @@ LabPixel labOfXyz(const LabPixel& xyz, const uint16_t (&white)[3]) {
     const float fX = fOf(xyz[0], white[0]);
     const float fY = fOf(xyz[1], white[1]);
     const float fZ = fOf(xyz[2], white[2]);
-    return {static_cast<uint16_t>(truncated((fY * 116.0f - 16.0f) * kLScale + 0.5f)),
+    return {static_cast<uint16_t>(truncated((fY * 116.0f - 16.0f) * kLabLScale + 0.5f)),
             chroma((fX - fY) * kAPerF), chroma((fY - fZ) * kBPerF)};
 }
 

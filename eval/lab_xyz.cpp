@@ -12,15 +12,10 @@ namespace {
 
 constexpr int kTableSize = 65536;
 
-// f(t) is held on the scale 1.0 = 65280, the scale of L*. The rest follows from CIE 15: L* = 116 f
-// - 16, a* = 500 (fx - fy), b* = 200 (fy - fz), f(t) = t^(1/3) above 0.008856, else 7.787 t +
-// 16/116.
+// f(t) is held on the scale 1.0 = 65280, the scale of L*. The rest follows from CIE 15.
 constexpr int kFOne = 65280;
 constexpr float kFScale = 65280.0f;
-constexpr double kLinearBelow = 0.008856;
-constexpr float kLinearSlope = 7.787f;
-constexpr float kLinearOffset = 0.13793103f;  // 16 / 116
-constexpr int kLinearBelowF = 13506;          // f of 0.008856: 6/29 on this scale
+constexpr int kLinearBelowF = 13506;  // f of 0.008856: 6/29 on this scale
 constexpr float kLPerF = 1.16f;
 constexpr float kLOffset = 10444.8f;           // 16 L* units of 652.8
 constexpr float kLOffsetFullScale = 10485.6f;  // 16 L* units of 655.35
@@ -31,9 +26,9 @@ constexpr float kBPerF = 0.7843137f;           // 200 x 256 / 65280
 
 uint16_t fOfSample(int sample, float reciprocalWhite) {
     const float t = static_cast<float>(sample) * reciprocalWhite;
-    if (static_cast<double>(t) < kLinearBelow) {
+    if (static_cast<double>(t) < kCieLinearBelow) {
         return static_cast<uint16_t>(
-            truncated((t * kLinearSlope + kLinearOffset) * kFScale + 0.5f));
+            truncated((t * kCieLinearSlope + kCieLinearOffset) * kFScale + 0.5f));
     }
     if (t <= 1.0f) {
         return static_cast<uint16_t>(
@@ -45,7 +40,7 @@ uint16_t fOfSample(int sample, float reciprocalWhite) {
 uint16_t sampleOfF(int f, uint16_t white) {
     if (f < kLinearBelowF) {
         const float t =
-            std::max(0.0f, (static_cast<float>(f) / kFScale - kLinearOffset) / kLinearSlope);
+            std::max(0.0f, (static_cast<float>(f) / kFScale - kCieLinearOffset) / kCieLinearSlope);
         return static_cast<uint16_t>(truncated(t * static_cast<float>(white) + 0.5f));
     }
     if (f <= kFOne) {

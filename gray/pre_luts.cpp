@@ -16,16 +16,14 @@ namespace lumoxa {
 namespace {
 
 constexpr float kDeviceTop = 65535.0f;
-constexpr float kLScale = 652.8f;  // 65280 / 100
-constexpr float kChromaScale = 256.0f;
 
 struct Lab {
     float L, a, b;
 };
 
 float f(float t) {
-    constexpr float kLinearBelow = 0.008856f;
-    return t > kLinearBelow ? std::cbrt(t) : 7.787f * t + 16.0f / 116.0f;
+    return t > static_cast<float>(kCieLinearBelow) ? std::cbrt(t)
+                                                   : kCieLinearSlope * t + kCieLinearOffset;
 }
 
 /// CIE 15, relative to the paper.
@@ -58,7 +56,7 @@ Lab wantedTone(const ToneRequest& request, float L) {
     const float fromMiddle = 2.0f * L / 100.0f - 1.0f;
     const float share = 1.0f - request.fade * fromMiddle * fromMiddle;
     const auto chroma = [](uint16_t encoded) {
-        return static_cast<float>(encoded - kLabNeutral) / kChromaScale;
+        return static_cast<float>(encoded - kLabNeutral) / kLabChromaScale;
     };
     const Lab split = splitTone(request.controlPoints, L);
     return {L, chroma(request.pair.a) * share + split.a, chroma(request.pair.b) * share + split.b};
@@ -74,9 +72,9 @@ void storePoint(const ToneCurves& curves, int i, float x, const TonePoint& point
     curves.x[i] = x;
     curves.companionA[i] = point.companionA;
     curves.companionB[i] = point.companionB;
-    curves.lightness[i] = point.lab.L * kLScale;
-    curves.a[i] = point.lab.a * kChromaScale + kLabNeutral;
-    curves.b[i] = point.lab.b * kChromaScale + kLabNeutral;
+    curves.lightness[i] = point.lab.L * kLabLScale;
+    curves.a[i] = point.lab.a * kLabChromaScale + kLabNeutral;
+    curves.b[i] = point.lab.b * kLabChromaScale + kLabNeutral;
 }
 
 /// The search for the companions of one tone step.

@@ -21,6 +21,16 @@ inline constexpr uint16_t kLabLMax = 65280;     // L* = 100
 inline constexpr uint16_t kLabNeutral = 32768;  // a* = b* = 0
 inline constexpr float kSampleMax16 = 65535.0f;
 
+inline constexpr float kLabLScale = 652.8f;       // samples of a unit of L*
+inline constexpr float kLabChromaScale = 256.0f;  // samples of a unit of a* and b*
+
+// CIE 15: f(t) = t^(1/3) above the limit, else slope x t + offset; L* = 116 f(Y) - 16, a* = 500
+// (f(X)
+// - f(Y)), b* = 200 (f(Y) - f(Z)).
+inline constexpr double kCieLinearBelow = 0.008856;
+inline constexpr float kCieLinearSlope = 7.787f;
+inline constexpr float kCieLinearOffset = 0.13793103f;  // 16 / 116
+
 /// Integer part of `v`, truncated toward zero. What lies outside the 32-bit range, and what is not
 /// a number, becomes INT32_MIN: the value that x86 conversion instructions give, here spelt out
 /// because the language leaves it undefined.
