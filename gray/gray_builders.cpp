@@ -9,11 +9,12 @@ namespace {
 /// Makes room for the six curves and fits them.
 void buildCurves(GrayConv_t& state, const ToneRequest& tone) {
     const auto points = static_cast<size_t>(graySteps(state)) + 2;
-    float* at = requireZeroed<float>(6 * points * sizeof(float)).release();
-    for (float** curve : {&state.curveX, &state.outCurveA, &state.outCurveB, &state.curveL,
-                          &state.inCurveA, &state.inCurveB}) {
-        *curve = at;
+    state.curveX = requireZeroed<float>(6 * points * sizeof(float)).release();
+    float* at = state.curveX;
+    for (float** curve :
+         {&state.outCurveA, &state.outCurveB, &state.curveL, &state.inCurveA, &state.inCurveB}) {
         at += points;
+        *curve = at;
     }
     state.keyFirst = tone.pair.a;
     state.keySecond = tone.pair.b;
