@@ -13,7 +13,8 @@ int icSplineBuild(const float* x, const float* y, int n, float* y2) {
         std::fill_n(y2, std::max(n, 0), 0.0f);
         return 0;
     }
-    const std::unique_ptr<double[]> u(new (std::nothrow) double[static_cast<size_t>(n)]);
+    const std::unique_ptr<double[]> scratch(new (std::nothrow) double[static_cast<size_t>(n)]);
+    double* const u = scratch.get();
     if (u == nullptr) return 1;
     y2[0] = 0.0f;
     u[0] = 0.0;
