@@ -30,8 +30,7 @@ void refuseUnfitClass(const Profile& profile) {
 }
 
 // Buffers are laid out by the colour space, kernels by the tag.
-void requireChannels(const Profile& profile, uint32_t space, uint32_t channels) {
-    const int wanted = channelsOfSpace(space);
+void requireChannels(const Profile& profile, uint32_t space, int wanted, uint32_t channels) {
     if (wanted == 0 || channels == static_cast<uint32_t>(wanted)) return;
     throw InputError(profile.name() + ": is for " + spaceText(space) + ", but its transform has " +
                          std::to_string(channels) + " channels",
@@ -48,6 +47,34 @@ std::string noticeOf(const Profile& profile, uint32_t tag) {
     return notice;
 }
 
+// Tables of gray tones are Lab whatever the header says.
+void requireLabTones(const Profile& profile, const ChainLink& link) {
+    if (!isGrayLink(link) || profile.header().pcs == kLab) return;
+    throw InputError(profile.name() + ": its gray tones lead to Lab, but its header says " +
+                         spaceText(profile.header().pcs),
+                     profile.remedy("make the profile anew with lumoxa make-gray"));
+}
+
+// @param xform  owned by the link from here on
+ChainLink linkOf(const Profile& profile, uint32_t intent, icTransType direction, icXform_t xform,
+                 int code) {
+    ChainLink link;
+    link.xform.reset(xform);
+    if (code != icSuccess) {
+        const Fault fault = transformFault(profile, intent, direction, code);
+        throw InputError(profile.name() + ": " + fault.text, profile.remedy(fault.remedy));
+    }
+    icXformGetDesc(xform, &link.desc);
+    requireLabTones(profile, link);
+    link.profileName = profile.name();
+    link.description = profile.description();
+    link.tag = lutTagFor(profile, intent, direction);
+    if (link.tag == 0) return link;
+    link.grid = gridPoints(profile.tag(link.tag).value());
+    link.notice = noticeOf(profile, link.tag);
+    return link;
+}
+
 }  // namespace
 
 std::string ChainLink::describe() const {
@@ -59,31 +86,30 @@ std::string ChainLink::describe() const {
 }
 
 ChainLink makeLink(const Profile& profile, uint32_t intent, icTransType direction) {
-    ChainLink link;
     icXform_t xform = nullptr;
     const int code =
         icXformGet(profile.handle(), static_cast<icRenderingIntent>(intent), direction, &xform);
-    link.xform.reset(xform);
-    if (code != icSuccess) {
-        const Fault fault = transformFault(profile, intent, direction, code);
-        throw InputError(profile.name() + ": " + fault.text, profile.remedy(fault.remedy));
-    }
-    icXformGetDesc(xform, &link.desc);
-    link.profileName = profile.name();
-    link.description = profile.description();
-    link.tag = lutTagFor(profile, intent, direction);
-    if (link.tag == 0) return link;
-    link.grid = gridPoints(profile.tag(link.tag).value());
-    link.notice = noticeOf(profile, link.tag);
-    return link;
+    return linkOf(profile, intent, direction, xform, code);
 }
 
 ChainLink makeDeviceLink(const Profile& profile, uint32_t intent, icTransType direction) {
     refuseUnfitClass(profile);
     ChainLink link = makeLink(profile, intent, direction);
-    requireChannels(profile, profile.space(),
+    requireChannels(profile, profile.space(), deviceChannels(profile, direction),
                     direction == icDeviceToPcs ? link.desc.inChannels : link.desc.outChannels);
     return link;
+}
+
+ChainLink makeTonedLink(const Profile& profile, uint32_t intent, const GrayTone& tone) {
+    refuseUnfitClass(profile);
+    icXform_t xform = nullptr;
+    const int code =
+        getTonedXform(profile.handle(), static_cast<icRenderingIntent>(intent), tone, &xform);
+    return linkOf(profile, intent, icPcsToDevice, xform, code);
+}
+
+bool isGrayLink(const ChainLink& link) {
+    return link.desc.kind == fourCc("KtoL") || link.desc.kind == fourCc("LtoK");
 }
 
 void requireStoredLink(const Profile& profile) {
@@ -104,8 +130,9 @@ ChainLink makeStoredLink(const Profile& profile) {
     requireStoredLink(profile);
     const icHeader& header = profile.header();
     ChainLink link = makeLink(profile, header.renderingIntent, icDeviceToPcs);
-    requireChannels(profile, header.colorSpace, link.desc.inChannels);
-    requireChannels(profile, header.pcs, link.desc.outChannels);
+    requireChannels(profile, header.colorSpace, channelsOfSpace(header.colorSpace),
+                    link.desc.inChannels);
+    requireChannels(profile, header.pcs, channelsOfSpace(header.pcs), link.desc.outChannels);
     return link;
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "lumoxa/lumoxa.h"
+#include "tools/gray_tone.h"
 #include "tools/profile_source.h"
 #include "tools/signatures.h"
 #include "tools/xform_handle.h"
@@ -38,6 +39,13 @@ ChainLink makeLink(const Profile& profile, uint32_t intent, icTransType directio
 /// profile's colour space says.
 /// @throws InputError
 ChainLink makeDeviceLink(const Profile& profile, uint32_t intent, icTransType direction);
+
+/// The same to a gray device of three channels, for a tone.
+/// @throws InputError
+ChainLink makeTonedLink(const Profile& profile, uint32_t intent, const GrayTone& tone);
+
+/// Whether a link is of such a device: a table of several would lose too much of its tones.
+bool isGrayLink(const ChainLink& link);
 
 /// @throws InputError for a profile that is no device link, or not one between devices
 void requireStoredLink(const Profile& profile);

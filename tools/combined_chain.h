@@ -16,6 +16,7 @@ struct ConversionRequest {
     icRenderingIntent intent = icRelativeColorimetric;
     bool displayFlare = false;  ///< black of RGB displays is lifted and lowered by their flare
     bool combine = false;       ///< one table, even where two transforms in turn are more exact
+    GrayToneOptions tone;       ///< for a target that is a gray device of three channels
 };
 
 /// What the colours between the points of a grid are computed from.

@@ -47,8 +47,10 @@ bool hasOptions(const std::string& input) {
 // Throws an InputError when the profile describes other pixels than the image has.
 void requireFit(const std::string& input, const SourceImage& source, const Profile& profile,
                 const char* remedy = kNameProfile) {
-    const int wanted = channelsOfSpace(profile.space());
-    const bool sameSpace = source.space == 0 || source.space == profile.space();
+    const int wanted = deviceChannels(profile, icDeviceToPcs);
+    // Three channels of ink in a TIFF read as RGB: the format has no word for them.
+    const bool sameSpace = source.space == 0 || source.space == profile.space() ||
+                           (isGrayDevice(profile, icDeviceToPcs) && source.space == kRgb);
     if (wanted == source.colourBands && sameSpace) return;
     std::string image = std::to_string(source.colourBands);
     if (source.space != 0) image += " " + spaceText(source.space);
@@ -61,8 +63,35 @@ void printNote(const ConvertArguments& arguments, const std::string& text) {
     if (!arguments.quiet) printMessage("note: " + text);
 }
 
+// The profile if it is a gray device's. One that can't be opened is refused where it is needed.
+std::optional<Profile> grayDeviceOf(const std::string& from) {
+    if (from.empty()) return std::nullopt;
+    try {
+        Profile profile = Profile::open(from);
+        if (isGrayDevice(profile, icDeviceToPcs)) return profile;
+    } catch (const InputError&) {
+        return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+// A print file has no profile; an image that has one of colours is no print file.
+void requirePrintFile(const ConvertArguments& arguments, const SourceImage& source) {
+    constexpr size_t kSpaceAt = 16;  // in a header
+    if (!source.profile || source.profile->size() < kSpaceAt + 4) return;
+    const uint32_t space = bigEndian32(source.profile->data() + kSpaceAt);
+    if (space == kGray) return;
+    throw InputError(arguments.input + ": has an embedded profile of " + spaceText(space) +
+                         ", so its channels are not those of " + arguments.from,
+                     "leave out --from, or remove the profile from the image if it is wrong");
+}
+
 // The embedded profile; --from helps out where that one can't serve.
 Profile sourceProfile(const ConvertArguments& arguments, const SourceImage& source) {
+    if (std::optional<Profile> gray = grayDeviceOf(arguments.from)) {
+        requirePrintFile(arguments, source);
+        return std::move(*gray);
+    }
     if (source.profile) {
         try {
             Profile embedded("profile embedded in " + arguments.input, *source.profile,
@@ -82,30 +111,34 @@ Profile sourceProfile(const ConvertArguments& arguments, const SourceImage& sour
     throw InputError(arguments.input + ": has no embedded profile and is not RGB", kNameProfile);
 }
 
-VipsInterpretation interpretationOf(uint32_t space, bool sixteenBits) {
+VipsInterpretation interpretationOf(uint32_t space, int colours, bool sixteenBits) {
+    // Amounts of ink, not light: libvips converts RGB on the way into some files, but never bands
+    // without a meaning. TIFF calls three of them RGB all the same, which is why a note tells.
+    if (space == kGray && colours == kGrayDeviceChannels) return VIPS_INTERPRETATION_MULTIBAND;
     if (space == kCmyk) return VIPS_INTERPRETATION_CMYK;
     if (space == kGray) return sixteenBits ? VIPS_INTERPRETATION_GREY16 : VIPS_INTERPRETATION_B_W;
     return sixteenBits ? VIPS_INTERPRETATION_RGB16 : VIPS_INTERPRETATION_sRGB;
 }
 
 bool targetSixteenBits(const ConvertArguments& arguments, const SourceImage& source,
-                       const OutputFormat& format) {
+                       const OutputFormat& format, bool print) {
     if (arguments.depth == 16 && !format.sixteenBits) {
         throw UsageError(std::string("--depth 16: ") + format.name +
                          " holds 8 bits a sample; write .tif or .png");
     }
     if (arguments.depth != 0) return arguments.depth == 16;
+    if (print) return true;  // toners are weak where 8 bits would show their steps
     return source.sixteenBits && format.sixteenBits;
 }
 
-PixelPlan makePlan(const Conversion& conversion, const SourceImage& source,
-                   const OutputFormat& format, bool sixteenBits) {
+PixelPlan makePlan(const Conversion& conversion, const SourceImage& source, bool holdsAlpha,
+                   bool sixteenBits) {
     PixelPlan plan;
     plan.conversion = &conversion;
     plan.sourceColours = source.colourBands;
     plan.targetColours = static_cast<int>(conversion.desc.outChannels);
     plan.sourceAlpha = source.alpha;
-    plan.targetAlpha = source.alpha && format.alpha;
+    plan.targetAlpha = source.alpha && holdsAlpha;
     plan.sourceSixteenBits = source.sixteenBits;
     plan.targetSixteenBits = sixteenBits;
     return plan;
@@ -136,8 +169,8 @@ std::string writeError(const std::string& temporary, const std::string& output) 
 }
 
 // Says in the metadata what the pixels are now.
-void describePixels(VipsImage* image, const std::optional<Profile>& to) {
-    if (to) {
+void describePixels(VipsImage* image, const Profile* to) {
+    if (to != nullptr) {
         vips_image_set_blob_copy(image, VIPS_META_ICC_NAME, to->bytes().data(), to->bytes().size());
     } else {
         vips_image_remove(image, VIPS_META_ICC_NAME);
@@ -152,11 +185,11 @@ void describePixels(VipsImage* image, const std::optional<Profile>& to) {
 
 void convertFile(const ConvertArguments& arguments, const FileName& name,
                  const OutputFormat& format, SourceImage source, const PixelPlan& plan,
-                 const std::optional<Profile>& to) {
+                 const Profile* to) {
     OutputFile file(name.path);
-    ImageHandle image =
-        convertPixels(source.image.get(), plan,
-                      interpretationOf(plan.conversion->desc.outSpace, plan.targetSixteenBits));
+    ImageHandle image = convertPixels(source.image.get(), plan,
+                                      interpretationOf(plan.conversion->desc.outSpace,
+                                                       plan.targetColours, plan.targetSixteenBits));
     if (!image) throw InputError(arguments.input + ": " + takeVipsError());
     describePixels(image.get(), to);
     followProgress(image.get(), arguments.quiet);
@@ -195,7 +228,8 @@ void printReport(const ConvertArguments& arguments, const FileName& name,
 }
 
 void printNotices(const ConvertArguments& arguments, const SourceImage& source,
-                  const Conversion& conversion, const PixelPlan& plan, const OutputFormat& format) {
+                  const Conversion& conversion, const PixelPlan& plan, const OutputFormat& format,
+                  bool print) {
     for (const ChainLink& link : conversion.links) {
         if (!link.notice.empty()) printMessage(link.notice);
     }
@@ -211,8 +245,12 @@ void printNotices(const ConvertArguments& arguments, const SourceImage& source,
                                  " pages, only one is converted; choose it with '" +
                                  arguments.input + "[page=N]'");
     }
+    if (print) {
+        printNote(arguments, arguments.output + ": is a print file of three channels without a " +
+                                 "profile; to read it back, name " + arguments.to + " with --from");
+    }
     if (plan.sourceAlpha && !plan.targetAlpha) {
-        printNote(arguments, arguments.output + ": " + format.name +
+        printNote(arguments, arguments.output + ": " + (print ? "a print file" : format.name) +
                                  " holds no transparency, which is dropped");
     }
 }
@@ -222,6 +260,10 @@ struct Target {
     std::optional<Profile> link;
     std::optional<Profile> profile;  // to embed; the target of the conversion where no link is
     uint32_t space = 0;
+    bool print = false;  // three channels of a gray device
+
+    // Other software would take the profile's one tone curve for what the three channels are.
+    const Profile* embedded() const { return profile && !print ? &*profile : nullptr; }
 };
 
 Target openTarget(const ConvertArguments& arguments) {
@@ -230,6 +272,7 @@ Target openTarget(const ConvertArguments& arguments) {
     if (arguments.link.empty()) {
         if (!target.profile) throw UsageError("--to or --link is required; see lumoxa --help");
         target.space = target.profile->space();
+        target.print = isGrayDevice(*target.profile, icPcsToDevice);
         return target;
     }
     target.link = Profile::open(arguments.link);
@@ -265,16 +308,20 @@ void runConvert(const ConvertArguments& arguments) {
         requireProfileKept(name.path, name.options);
     }
     const Target target = openTarget(arguments);
-    requireSpace(name.path, format, target.space);
+    if (target.print) {
+        requirePrint(name.path, format, name.options);
+    } else {
+        requireSpace(name.path, format, target.space);
+    }
     SourceImage source = openSourceImage(arguments.input);
-    const bool sixteenBits = targetSixteenBits(arguments, source, format);
+    const bool sixteenBits = targetSixteenBits(arguments, source, format, target.print);
     const Clock::time_point start = Clock::now();
     const Conversion conversion = chosenConversion(arguments, source, target);
-    const PixelPlan plan = makePlan(conversion, source, format, sixteenBits);
-    printNotices(arguments, source, conversion, plan, format);
+    const PixelPlan plan = makePlan(conversion, source, format.alpha && !target.print, sixteenBits);
+    printNotices(arguments, source, conversion, plan, format, target.print);
     const int width = vips_image_get_width(source.image.get());
     const int height = vips_image_get_height(source.image.get());
-    convertFile(arguments, name, format, std::move(source), plan, target.profile);
+    convertFile(arguments, name, format, std::move(source), plan, target.embedded());
     if (arguments.quiet) return;
     printReport(arguments, name, conversion, plan, width, height, secondsSince(start));
 }

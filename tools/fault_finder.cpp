@@ -107,10 +107,11 @@ Fault transformFault(const Profile& profile, uint32_t intent, icTransType direct
     if (const uint32_t lut = lutTagFor(profile, intent, direction); lut != 0) {
         return {tagName(lut) + " " + faultText(code), kGetSound};
     }
-    if (code == icErrXformKind) {
-        return {"its private gray tag 'wzgd' can't be used", "choose another gray profile"};
-    }
     const bool gray = profile.space() == kGray;
+    if (gray && profile.hasTag(kGrayTag)) {
+        return {tagName(kGrayTag) + " " + faultText(code),
+                "make the profile anew with lumoxa make-gray"};
+    }
     if (!gray && profile.space() != kRgb && code == icErrNoTag) {
         const std::string tags = direction == icDeviceToPcs ? "'A2B0..2'" : "'B2A0..2'";
         const std::string role = direction == icDeviceToPcs ? "source" : "target";

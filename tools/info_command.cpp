@@ -79,6 +79,12 @@ void printLuts(const ProfileFacts& facts) {
         std::cout << "  " << signatureText(lut.tag) << "  " << lut.shape.text() << '\n';
 }
 
+void printGrayDevice(const ProfileFacts& facts) {
+    if (!facts.grayDevice) return;
+    std::cout << "gray device\n  " << signatureText(kGrayTag) << "  " << facts.grayDevice->text()
+              << '\n';
+}
+
 void printTransforms(const ProfileFacts& facts) {
     if (!facts.transforms.empty()) std::cout << "transforms\n";
     for (const TransformFact& transform : facts.transforms) {
@@ -113,6 +119,7 @@ void printText(const ProfileFacts& facts) {
     if (!facts.tags.empty()) printTags(facts);
     printCurves(facts);
     printLuts(facts);
+    printGrayDevice(facts);
     printTransforms(facts);
     printViolations(facts);
 }

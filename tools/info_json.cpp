@@ -78,6 +78,11 @@ Json lutJson(const LutFact& lut) {
     return item;
 }
 
+Json grayDeviceJson(const std::optional<GrayDeviceFact>& device) {
+    if (!device) return nullptr;
+    return {{"points", device->points}, {"steps", device->steps}, {"layout", device->layout}};
+}
+
 Json tagJson(const TagFact& tag) {
     return {{"signature", signatureText(tag.entry.signature)},
             {"type", tag.type == 0 ? Json(nullptr) : Json(signatureText(tag.type))},
@@ -127,6 +132,7 @@ std::string jsonText(const ProfileFacts& facts) {
     document["mediaBlackPoint"] = pointJson(facts.mediaBlack);
     document["curves"] = listJson(facts.curves, curveJson);
     document["luts"] = listJson(facts.luts, lutJson);
+    document["grayDevice"] = grayDeviceJson(facts.grayDevice);
     document["tags"] = listJson(facts.tags, tagJson);
     document["tagsNotListed"] = facts.moreTags;
     document["transforms"] = listJson(facts.transforms, transformJson);

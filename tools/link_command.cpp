@@ -17,6 +17,14 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+// Its three channels follow one number, which a grid between them would blur.
+void refuseGrayDevice(const Profile& profile) {
+    if (!isGrayDevice(profile, icDeviceToPcs) && !isGrayDevice(profile, icPcsToDevice)) return;
+    throw InputError(profile.name() + ": is for a gray device of three channels, whose tones a " +
+                         "device link can't hold",
+                     "give the profile itself to convert or values");
+}
+
 std::vector<Profile> openProfiles(const LinkArguments& arguments) {
     if (arguments.profiles.size() < 2) {
         throw UsageError(
@@ -31,6 +39,8 @@ std::vector<Profile> openProfiles(const LinkArguments& arguments) {
     std::vector<Profile> profiles;
     for (const std::string& word : arguments.profiles)
         profiles.push_back(Profile::open(word));
+    for (const Profile& profile : profiles)
+        refuseGrayDevice(profile);
     return profiles;
 }
 

@@ -17,6 +17,7 @@
 #include "tools/interrupt.h"
 #include "tools/link_command.h"
 #include "tools/make_display_command.h"
+#include "tools/make_gray_command.h"
 #include "tools/tool_error.h"
 #include "tools/values_command.h"
 
@@ -33,6 +34,7 @@ struct CommandLine {
     LinkArguments link;
     EditArguments edit;
     MakeDisplayArguments makeDisplay;
+    MakeGrayArguments makeGray;
     InfoArguments info;
 };
 
@@ -86,7 +88,10 @@ CLI::App* addConvert(CLI::App& app, ConvertArguments& arguments) {
         ->option_text("PROFILE");
     addConversionOptions(*command, arguments.request);
     addLinkOption(*command, arguments.link, arguments.request);
-    command->add_option("--depth", arguments.depth, "Bits a sample, as the image has unless given")
+    addToneOptions(*command, arguments.request.tone);
+    command
+        ->add_option("--depth", arguments.depth,
+                     "Bits a sample, as the image has unless given; 16 for a gray device")
         ->check(CLI::IsMember({"8", "16"}))
         ->option_text("8|16");
     command->add_flag("-q,--quiet", arguments.quiet,
@@ -106,6 +111,7 @@ CLI::App* addValues(CLI::App& app, ValuesArguments& arguments) {
     addConversionOptions(*command, arguments.request);
     addLinkOption(*command, arguments.link, arguments.request);
     command->get_option("--link")->excludes("--to");
+    addToneOptions(*command, arguments.request.tone);
     command->add_flag("--16", arguments.sixteenBits, "Also -16: numbers are 0..65535, not 0..255");
     return command;
 }
@@ -174,6 +180,7 @@ int run(int argc, char** argv) {
     addInfo(app, line.info);
     CLI::App* const edit = addEdit(app, line.edit);
     CLI::App* const makeDisplay = addMakeDisplay(app, line.makeDisplay);
+    CLI::App* const makeGray = addMakeGray(app, line.makeGray);
     try {
         app.parse(parserArguments(argc, argv));
     } catch (const CLI::Success& wish) {  // help or version
@@ -195,6 +202,8 @@ int run(int argc, char** argv) {
         runEdit(line.edit);
     } else if (makeDisplay->parsed()) {
         runMakeDisplay(line.makeDisplay);
+    } else if (makeGray->parsed()) {
+        runMakeGray(line.makeGray);
     } else {
         runInfo(line.info);
     }

@@ -51,6 +51,17 @@ void requireSpace(const std::string& path, const OutputFormat& format, uint32_t 
     }
 }
 
+void requirePrint(const std::string& path, const OutputFormat& format, const std::string& options) {
+    if (std::string_view(format.name) != "TIFF") {
+        throw UsageError(path + ": a print file of three channels is a TIFF; write .tif");
+    }
+    for (const char* lossy : {"jpeg", "webp"}) {
+        if (options.find(lossy) == std::string::npos) continue;
+        throw UsageError(path + ": compression " + lossy +
+                         " changes device values; choose deflate or lzw");
+    }
+}
+
 void requireProfileKept(const std::string& path, const std::string& options) {
     static constexpr std::string_view kDropping[] = {"strip", "profile", "keep"};
     static constexpr const char* kAround = "[], \t\"'";  // the option parser skips these

@@ -27,6 +27,11 @@ const OutputFormat& outputFormat(const std::string& path);
 void requireSpace(const std::string& path, const OutputFormat& format, uint32_t space);
 
 /// @param options  libvips' save options with their brackets
+/// @throws UsageError when the format or its compression can't keep three channels of ink as they
+///         are
+void requirePrint(const std::string& path, const OutputFormat& format, const std::string& options);
+
+/// @param options  libvips' save options with their brackets
 /// @throws UsageError for an option by which the file would lose its profile or get another one
 void requireProfileKept(const std::string& path, const std::string& options);
 

@@ -26,7 +26,8 @@ int PackedConverter::convertInSteps(const PackedPixels& source, const PackedPixe
     if (target.dataType == icSamples16) {
         return evaluatePacked(second.xform.get(), second.desc, between, target, pixels);
     }
-    // Curves and matrix have no kernel from 16 to 8 bits: end in 16 and round.
+    // Curves and matrix have no kernel from 16 to 8 bits, and that of gray tones wraps black to 0:
+    // end in 16 and round.
     result_.resize(pixels * second.desc.outChannels);
     code = evaluatePacked(second.xform.get(), second.desc, between, {result_.data(), icSamples16},
                           pixels);

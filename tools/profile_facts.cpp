@@ -69,6 +69,15 @@ std::vector<LutFact> lutsOf(const ProfileFile& file) {
     return luts;
 }
 
+std::optional<GrayDeviceFact> grayDeviceOf(const ProfileFile& file) {
+    constexpr uint64_t kPatchesAt = 12;
+    const TagEntry* entry = file.find(kGrayTag);
+    if (entry == nullptr || file.space() != kGray) return std::nullopt;
+    const ByteView data = file.data(*entry);
+    if (data.size() < kPatchesAt) return std::nullopt;
+    return GrayDeviceFact{data.u16(8), data.u8(10), data.u8(11)};
+}
+
 void gatherTags(const ProfileFile& file, ProfileFacts& facts) {
     const size_t listed = std::min(file.entries().size(), kMostTags);
     for (size_t i = 0; i < listed; ++i)
@@ -77,6 +86,14 @@ void gatherTags(const ProfileFile& file, ProfileFacts& facts) {
 }
 
 }  // namespace
+
+std::string GrayDeviceFact::text() const {
+    constexpr uint32_t kRamp = 2;
+    const std::string counts = layout == kRamp ? "ramp of " + std::to_string(points) + " patches"
+                                               : "grids of " + std::to_string(points) + "x" +
+                                                     std::to_string(points) + " companions";
+    return counts + ", " + std::to_string(steps) + " steps, layout " + std::to_string(layout);
+}
 
 ProfileFacts gatherFacts(const std::string& name, const std::vector<uint8_t>& bytes) {
     const ProfileFile file{ByteView(bytes)};
@@ -91,6 +108,7 @@ ProfileFacts gatherFacts(const std::string& name, const std::vector<uint8_t>& by
     facts.mediaBlack = pointOf(file, fourCc("bkpt"));
     facts.curves = curvesOf(file);
     facts.luts = lutsOf(file);
+    facts.grayDevice = grayDeviceOf(file);
     gatherTags(file, facts);
     gatherTransforms(name, bytes, facts);
     const ViolationList list = findViolations(file);

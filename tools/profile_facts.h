@@ -39,6 +39,13 @@ struct LutFact {
     LutShape shape;
 };
 
+/// A gray device of three channels, from the head of its tag.
+struct GrayDeviceFact {
+    uint32_t points, steps, layout;
+
+    std::string text() const;
+};
+
 struct TagFact {
     TagEntry entry;
     uint32_t type;  ///< 0 where the file has no byte of it
@@ -65,6 +72,7 @@ struct ProfileFacts {
     std::optional<Xyz> mediaWhite, mediaBlack;
     std::vector<CurveFact> curves;
     std::vector<LutFact> luts;
+    std::optional<GrayDeviceFact> grayDevice;
     std::vector<TagFact> tags;
     uint64_t moreTags = 0;  ///< beyond those that are worth a line
     std::vector<TransformFact> transforms;

@@ -19,8 +19,8 @@ constexpr KindName kKindNames[] = {
     {kLutBToA, "lutBtoA"},
     {fourCc("TrcM"), "curves and matrix"},
     {fourCc("MatT"), "matrix and curves"},
-    {fourCc("KtoL"), "gray tone tables"},
-    {fourCc("LtoK"), "gray tone tables"},
+    {fourCc("KtoL"), "gray tone tables KtoL"},
+    {fourCc("LtoK"), "gray tone tables LtoK"},
 };
 
 struct SpaceChannels {

@@ -26,6 +26,7 @@ inline constexpr uint32_t kCmyk = fourCc("CMYK");
 inline constexpr uint32_t kGray = fourCc("GRAY");
 inline constexpr uint32_t kXyz = fourCc("XYZ ");
 inline constexpr uint32_t kLab = fourCc("Lab ");
+inline constexpr uint32_t kGrayTag = fourCc("wzgd");  ///< patches of a gray device
 inline constexpr uint32_t kLut8 = fourCc("mft1");
 inline constexpr uint32_t kLut16 = fourCc("mft2");
 inline constexpr uint32_t kLutAToB = fourCc("mAB ");

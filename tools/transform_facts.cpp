@@ -14,7 +14,7 @@ bool offers(const Profile& profile, uint32_t intent, icTransType direction) {
     // What LUT tags a named colour profile may carry describe no device.
     if (profile.header().deviceClass == fourCc("nmcl")) return false;
     return lutTagFor(profile, intent, direction) != 0 || profile.hasTag(fourCc("rTRC")) ||
-           profile.hasTag(fourCc("kTRC"));
+           profile.hasTag(fourCc("kTRC")) || isGrayDevice(profile, direction);
 }
 
 std::string transformText(const Profile& profile, const ChainLink& link,
