@@ -6,7 +6,7 @@
 
 #include "lumoxa/lumoxa.h"
 #include "tools/filled_tag.h"
-#include "tools/gray_tones.h"
+#include "tools/gray_fit.h"
 #include "tools/text_tag.h"
 #include "tools/xform_handle.h"
 

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <iomanip>
 #include <iostream>
+#include <sstream>
 
 #include "tools/file_bytes.h"
 #include "tools/info_json.h"

@@ -7,9 +7,9 @@
 #include <CLI/CLI.hpp>
 
 #include "tools/display_profile.h"
+#include "tools/gray_fit.h"
 #include "tools/gray_profile.h"
 #include "tools/gray_table.h"
-#include "tools/gray_tones.h"
 #include "tools/profile_writer.h"
 #include "tools/tool_error.h"
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/profile_file.h"
 
+#include <algorithm>
+
 #include "tools/signatures.h"
 
 namespace lumoxa_tool {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tools/gray_tones.h"
+#include "tools/gray_fit.h"
 
 #include <cmath>
 #include <new>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// What a gray profile makes of tones, found by converting some.
+// How neutral the prints of a gray profile are, found by converting some tones.
 #pragma once
 
 #include <array>
