@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <memory>
 
 #include "eval/kernel.h"
@@ -11,6 +10,7 @@
 #include "lumoxa/evaluate.h"
 #include "profile/entry_guard.h"
 #include "profile/pcs_encoding.h"
+#include "profile/power.h"
 #include "xform/xform_object.h"
 
 namespace lumoxa {
@@ -27,7 +27,7 @@ using LabPixel = std::array<uint16_t, 3>;
 float fOf(uint16_t sample, uint16_t white) {
     const float t = static_cast<float>(sample) / static_cast<float>(white);
     if (t < static_cast<float>(kCieLinearBelow)) return kCieLinearSlope * t + kCieLinearOffset;
-    return t <= 1.0f ? std::pow(t, 1.0f / 3.0f) : 1.0f;  // brighter than the white is the white
+    return t <= 1.0f ? power(t, 1.0f / 3.0f) : 1.0f;  // brighter than the white is the white
 }
 
 uint16_t chroma(float value) {

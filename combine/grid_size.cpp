@@ -2,7 +2,8 @@
 #include "combine/grid_size.h"
 
 #include <algorithm>
-#include <cmath>
+
+#include "profile/power.h"
 
 namespace lumoxa {
 namespace {
@@ -15,7 +16,7 @@ constexpr uint32_t kFormulaPoints = 31;  // where only formulas bend the chain
 constexpr uint32_t kCurvePoints = 255;   // the same with one input
 
 uint32_t root(uint32_t budget, uint32_t n) {
-    return static_cast<uint32_t>(std::pow(static_cast<double>(budget), 1.0 / n));
+    return static_cast<uint32_t>(power(static_cast<double>(budget), 1.0 / n));
 }
 
 /// Grid points for a chain in which no transform has a grid of its own. Such a chain is linear

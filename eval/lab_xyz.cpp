@@ -2,10 +2,10 @@
 #include "eval/lab_xyz.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "eval/kernel.h"
 #include "profile/pcs_encoding.h"
+#include "profile/power.h"
 
 namespace lumoxa {
 namespace {
@@ -32,7 +32,7 @@ uint16_t fOfSample(int sample, float reciprocalWhite) {
     }
     if (t <= 1.0f) {
         return static_cast<uint16_t>(
-            truncated(std::pow(static_cast<double>(t), 1.0 / 3.0) * 65280.0 + 0.5));
+            truncated(power(static_cast<double>(t), 1.0 / 3.0) * 65280.0 + 0.5));
     }
     return kFOne;  // brighter than the white counts as the white
 }
@@ -44,7 +44,7 @@ uint16_t sampleOfF(int f, uint16_t white) {
         return static_cast<uint16_t>(truncated(t * static_cast<float>(white) + 0.5f));
     }
     if (f <= kFOne) {
-        const double t = std::pow(f / 65280.0, 3.0);
+        const double t = power(f / 65280.0, 3.0);
         return static_cast<uint16_t>(truncated(t * white + 0.5));
     }
     return white;

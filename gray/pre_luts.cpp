@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <limits>
 #include <vector>
 
@@ -11,6 +10,7 @@
 #include "gray/spline.h"
 #include "gray/surface_fit.h"
 #include "profile/entry_guard.h"
+#include "profile/power.h"
 
 namespace lumoxa {
 namespace {
@@ -22,8 +22,8 @@ struct Lab {
 };
 
 float f(float t) {
-    return t > static_cast<float>(kCieLinearBelow) ? std::cbrt(t)
-                                                   : kCieLinearSlope * t + kCieLinearOffset;
+    if (t <= static_cast<float>(kCieLinearBelow)) return kCieLinearSlope * t + kCieLinearOffset;
+    return static_cast<float>(power(static_cast<double>(t), 1.0 / 3.0));
 }
 
 /// CIE 15, relative to the paper.

@@ -2,12 +2,12 @@
 #include "lut/curve_sampling.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "lut/lut_tag.h"
 #include "lut/parametric_curve.h"
 #include "lut/table_lookup.h"
 #include "profile/pcs_encoding.h"
+#include "profile/power.h"
 
 namespace lumoxa {
 namespace {
@@ -38,7 +38,7 @@ void icResampleCurv(const uint8_t* curve, int entries, uint16_t* destination) {
             destination[i] = roundWrapped<uint16_t>(x * 65535.0);
         } else if (count == 1) {
             const double gamma = view.u16(lut_layout::kCurveData) / kGammaOne;
-            destination[i] = roundClipped<uint16_t>(std::pow(x, gamma) * 65535.0);
+            destination[i] = roundClipped<uint16_t>(power(x, gamma) * 65535.0);
         } else {
             destination[i] = interpolated(view, count, x * static_cast<double>(count - 1));
         }
@@ -51,7 +51,7 @@ void icSampleParaCurve(const uint8_t* curve, int entries, uint16_t* destination)
     for (int i = 0; i < entries; ++i) {
         const float x = static_cast<float>(i) / static_cast<float>(entries - 1);
         const float y = parametric.inPowerSegment(x)
-                            ? parametric.power(x) + parametric.powerOffset()
+                            ? parametric.powerTerm(x) + parametric.powerOffset()
                             : parametric.linear(x);
         const float value = y * kSampleMax16;
         destination[i] =

@@ -9,10 +9,10 @@
 //   type 4   (a x + b)^g + e    x >= d,    else c x + f
 #pragma once
 
-#include <cmath>
 #include <cstdint>
 
 #include "lut/lut_tag.h"
+#include "profile/power.h"
 
 namespace lumoxa {
 
@@ -37,8 +37,8 @@ class ParametricCurve {
         return type_ <= 2 ? x >= -b() / a() : x >= d();
     }
     /// The power term alone, without the constant that types 2 and 4 add to it.
-    float power(float x) const {
-        return type_ == 0 ? std::pow(x, g()) : std::pow(a() * x + b(), g());
+    float powerTerm(float x) const {
+        return type_ == 0 ? power(x, g()) : power(a() * x + b(), g());
     }
     float powerOffset() const { return type_ == 2 ? c() : type_ == 4 ? p_[5] : 0.0f; }
     float linear(float x) const {

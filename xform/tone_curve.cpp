@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "xform/tone_curve.h"
 
-#include <cmath>
 
 #include "lut/lut_tag.h"
 #include "profile/pcs_encoding.h"
+#include "profile/power.h"
 
 namespace lumoxa {
 namespace {
@@ -43,7 +43,7 @@ void copyExtended(const std::vector<uint16_t>& source, int entries, float* table
 
 void sampleGamma(double gamma, int entries, float* table) {
     for (int i = 0; i < entries; ++i) {
-        table[i] = static_cast<float>(65535.0 * std::pow(double(i) / (entries - 1), gamma));
+        table[i] = static_cast<float>(65535.0 * power(double(i) / (entries - 1), gamma));
     }
 }
 
@@ -74,7 +74,7 @@ void sampleParametric(const ParametricCurve& curve, int entries, float* table) {
     const float powerScale = curve.type() == 4 ? 1.0f : kSampleMax16;
     for (int i = 0; i < entries; ++i) {
         const float x = static_cast<float>(i) / static_cast<float>(entries - 1);
-        const float y = curve.inPowerSegment(x) ? curve.power(x) * powerScale + curve.powerOffset()
+        const float y = curve.inPowerSegment(x) ? curve.powerTerm(x) * powerScale + curve.powerOffset()
                                                 : curve.linear(x);
         table[i] = curve.type() == 0 ? y : clipped(y, kSampleMax16);
     }
