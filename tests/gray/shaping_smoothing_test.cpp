@@ -48,6 +48,18 @@ INSTANTIATE_TEST_SUITE_P(Contrasts, Shaping,
                                          std::pair{0.2, 0.0}, std::pair{0.2, 3.0},
                                          std::pair{0.3, -3.0}, std::pair{0.3, 0.5}));
 
+// At either end of these parameters the cubics start level or upright.
+TEST(ShapingOnBlackOfNothing, TurnsBack) {
+    for (double parameter = -8.0; parameter <= 8.0; parameter += 0.5) {
+        double before = 0.0;
+        for (int i = 0; i <= 20000; ++i) {
+            const double tone = shapedTone(0.0, i / 20000.0, parameter);
+            ASSERT_GE(tone, before) << parameter << ' ' << i;
+            before = tone;
+        }
+    }
+}
+
 // The line reaches down to three quarters of the way from the middle to where the cubic would have
 // to start level, 1.5 x black.
 TEST(ShapingWithFullSlope, JoinsElsewhere) {
