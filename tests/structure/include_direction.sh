@@ -18,6 +18,7 @@ lut: lumoxa profile lut
 xform: lumoxa profile gray lut xform
 eval: lumoxa profile gray lut xform eval
 combine: lumoxa profile gray lut xform eval combine
+capi: lumoxa
 tools: lumoxa tools
 docs: lumoxa
 '
@@ -25,7 +26,7 @@ docs: lumoxa
 check() { # check FOLDER ALLOWED...
     folder=$1
     shift
-    find "$folder" \( -name '*.h' -o -name '*.cpp' -o -name '*.inc' \) -exec awk -v allowed="$*" '
+    find "$folder" \( -name '*.h' -o -name '*.c' -o -name '*.cpp' -o -name '*.inc' \) -exec awk -v allowed="$*" '
         BEGIN { split(allowed, list); for (i in list) ok[list[i]] = 1 }
         /^[ \t]*#[ \t]*include[ \t]*[<"]/ {
             path = $0
@@ -46,7 +47,7 @@ check() { # check FOLDER ALLOWED...
 }
 
 status=0
-for floor in include profile gray lut xform eval combine tools docs; do
+for floor in include profile gray lut xform eval combine capi tools docs; do
     [ -d "$floor" ] || continue
     # shellcheck disable=SC2046  # the allowed folders are separate words
     check "$floor" $(printf '%s' "$floors" | sed -n "s/^$floor: //p")
