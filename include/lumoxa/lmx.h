@@ -152,7 +152,7 @@ LUMOXA_API const char* lmx_version(void);
 ///
 /// @param code    any number
 /// @param buffer  receives the text, ASCII with its NUL
-/// @param size    bytes in `buffer`; 100 are enough
+/// @param size    bytes in `buffer`, best 100 or more
 /// @return 0; LMX_ERR_BUFFER_SIZE when the text was cut to fit, or `size` is below 1 or leaves no
 ///         room for any of it; LMX_ERR_INVALID for a null buffer
 LUMOXA_API int32_t lmx_error_text(int32_t code, char* buffer, int32_t size);

@@ -124,7 +124,7 @@ TEST_F(LmxTest, LosesADeviceLinkOnTheWayToAFileAndBack) {
     ASSERT_EQ(lmx_profile_get_header(created, &header), 0);
     header.device_class = kLink, header.color_space = kRgb, header.pcs = kCmyk;
     ASSERT_EQ(lmx_profile_set_header(created, &header), 0);
-    const std::string copyright("text\0\0\0\0Nobody", 15);
+    const std::string copyright("text\0\0\0\0Nobody\0", 15);
     for (const char* text : {"replaced below", "sRGB to press"}) {
         ASSERT_EQ(lmx_profile_set_description(created, text), 0);
         ASSERT_EQ(lmx_profile_add_tag(created, LMX_SIGNATURE('c', 'p', 'r', 't'), copyright.data(),

@@ -3,7 +3,8 @@
 #
 # Usage: same_output.sh RGB_PROFILE CMYK_PROFILE REFERENCE PROGRAM [ARGUMENT...]
 #
-# PROGRAM prints the inks that REFERENCE prints, and fails as it does when a profile is none.
+# PROGRAM prints the inks that REFERENCE prints, and fails as it does when a profile is none. Both are
+# started by $LAUNCHER where that is set.
 set -eu
 rgb=$1
 cmyk=$2
@@ -12,7 +13,7 @@ shift 3
 
 run() { # run COMMAND...: what it prints and its exit code
     code=0
-    "$@" 2>&1 || code=$?
+    ${LAUNCHER:-} "$@" 2>&1 || code=$?
     echo "exit code $code"
 }
 
