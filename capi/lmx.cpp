@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The interface for C, over the public C++ functions. Records cross it as copies of one layout,
-// which the assertions below hold to.
+// which same_records.cpp holds them to.
 #include "lumoxa/lmx.h"
 
 #include <bit>

@@ -324,9 +324,8 @@ LUMOXA_API int32_t lmx_combine(int32_t count, lmx_transform* const* chain, int32
 ///
 /// @param transform    only read; may be in use on other threads
 /// @param source       line_count x pixel_count pixels of the transform's input channels
-/// @param destination  as source, with the transform's output channels; disjoint from the source
-/// or,
-///                     where pixels of both have one size, the same memory laid out alike
+/// @param destination  as source, with the transform's output channels; other memory or, where
+///                     pixels of both have one size, the same memory laid out alike
 /// @param progress     optional; called after each line. A non-zero answer at a step leaves the
 ///                     remaining lines untouched
 /// @param user         handed to the callback
