@@ -1,13 +1,20 @@
 #!/bin/sh
 # SPDX-License-Identifier: Apache-2.0
 #
-# Usage: exports.sh LIBRARY HEADER_DIR NM [NM_OPTION...]
+# Usage: exports.sh [--update] LIBRARY HEADER_DIR NM [NM_OPTION...]
 #
 # The library exports each function that the public headers declare, in all its overloads, and
-# nothing else. It writes no messages and ends no process: the program that loads it has its own ways
+# nothing else: those listed, with their types, in exports.txt, the same on every platform. With
+# --update, that list is written anew from the library. It writes no messages and ends no process: the program that loads it has its own ways
 # for both. For a DLL, give its import library.
 set -eu
 export LC_ALL=C
+list=$(dirname "$0")/exports.txt
+update=
+if [ "$1" = --update ]; then
+    update=yes
+    shift
+fi
 library=$1
 headers=$2
 shift 2
@@ -15,19 +22,38 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 status=0
 
-# Names of declared functions, once an overload: the word before the bracket after LUMOXA_API.
+# Names of declared functions, once an overload: the word before the bracket after LUMOXA_API (or
+# another word that ends so).
 cat "$headers"/*.h | sed -e 's|//.*||' -e '/^ *#/d' | tr '\n' ' ' |
-    grep -oE 'LUMOXA_API [^(;]*\(' | sed -E 's/.*[ *]([A-Za-z_0-9]+) *\($/\1/' |
+    sed -E 's#/[*]([^*]|[*]+[^*/])*[*]+/##g' |
+    grep -oE '\b[A-Z]+_API [^(;]*\(' | sed -E 's/.*[ *]([A-Za-z_0-9]+) *\($/\1/' |
     sort >"$work/declared"
-# T is code; an import library also names its data and its import slots (__imp_...).
-"$@" -C --defined-only "$library" | sed -nE 's/^[0-9a-f]* [A-Z] //p' |
-    grep -vE '^(__imp_|_head_|__nm_|_?liblumoxa|[A-Za-z_0-9]*_iname$|\.)' |
-    sed -E 's/\(.*//' | sort >"$work/exported"
+
+# What a DLL exports, functions or data, has an import slot (__imp_...) in its import library.
+"$@" --defined-only "$library" | sed -nE 's/^[0-9a-f]* [A-Za-z] //p' >"$work/symbols"
+if grep -q '^__imp_' "$work/symbols"; then
+    sed -n 's/^__imp_//p' "$work/symbols" >"$work/mangled"
+else
+    mv "$work/symbols" "$work/mangled"
+fi
+# Two types are other ones elsewhere: that of 64 bits, and the structure behind FILE.
+c++filt <"$work/mangled" |
+    sed -E 's/long long/long/g; s/unsigned long/size_t/g; s/\b(_IO_FILE|_iobuf)\b/FILE/g' |
+    sort >"$work/signatures"
+sed -E 's/\(.*//' "$work/signatures" | sort >"$work/exported"
 
 [ -s "$work/declared" ] || { echo "no declarations found in $headers"; status=1; }
 if ! diff "$work/declared" "$work/exported" >"$work/difference"; then
     sed -n -e 's/^< /declared but not exported: /p' -e 's/^> /exported but not declared: /p' \
         "$work/difference"
+    status=1
+fi
+if [ -n "$update" ]; then
+    cp "$work/signatures" "$list"
+elif ! diff "$list" "$work/signatures" >"$work/difference"; then
+    sed -n -e 's/^< /listed but not exported: /p' -e 's/^> /exported but not listed: /p' \
+        "$work/difference"
+    echo "If that is wanted, write the list anew: sh $0 --update $library $headers $*"
     status=1
 fi
 
