@@ -3,6 +3,9 @@
 // Descriptions of result codes, and the text made of them.
 #pragma once
 
+#include <span>
+#include <string_view>
+
 namespace lumoxa {
 
 /// Bytes of the longest description with its terminating NUL; longer ones are cut by the look-up.
@@ -12,9 +15,19 @@ inline constexpr int kErrorTextBytes = 1024;
 /// its length, 0 when there is none.
 using ErrorTextLookUp = int (*)(int code, char* text, int size);
 
-/// The look-up of the library: the string table of its module on Windows, a compiled-in table
-/// elsewhere. Both are empty; translations can be added without touching the code.
+/// The look-up of the library: the string table of its module in the Windows DLL, a compiled-in
+/// table elsewhere. Both are empty; translations can be added without touching the code.
 int lookUpErrorText(int code, char* text, int size);
+
+/// An entry of the compiled-in table.
+struct ErrorText {
+    int code;
+    std::string_view text;
+};
+
+/// The compiled-in table. It has a source file of its own, for which a build with texts puts its
+/// own.
+std::span<const ErrorText> compiledErrorTexts();
 
 /// The body of icGetErrorText, with the look-up to use.
 int formatErrorText(int code, int size, char* buffer, ErrorTextLookUp lookUp);

@@ -5,29 +5,17 @@
 #if !defined(_WIN32) || defined(LUMOXA_STATIC)
 
 #include <algorithm>
-#include <array>
 #include <cstring>
-#include <string_view>
 
 #include "profile/error_text.h"
 
 namespace lumoxa {
-namespace {
-
-struct ErrorText {
-    int code;
-    std::string_view text;
-};
-
-// The library ships no descriptions; an entry here is all that one takes.
-constexpr std::array<ErrorText, 0> kErrorTexts{};
-
-}  // namespace
 
 int lookUpErrorText(int code, char* text, int size) {
-    const auto entry = std::find_if(kErrorTexts.begin(), kErrorTexts.end(),
+    const auto texts = compiledErrorTexts();
+    const auto entry = std::find_if(texts.begin(), texts.end(),
                                     [code](const ErrorText& e) { return e.code == code; });
-    if (entry == kErrorTexts.end() || size < 1) return 0;
+    if (entry == texts.end() || size < 1) return 0;
     const size_t length = std::min(entry->text.size(), static_cast<size_t>(size) - 1);
     std::memcpy(text, entry->text.data(), length);
     text[length] = '\0';

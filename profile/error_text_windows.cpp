@@ -30,8 +30,11 @@ BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
 namespace lumoxa {
 
 int lookUpErrorText(int code, char* text, int size) {
-    // A size of 0 would make LoadStringA hand out a pointer instead of characters.
-    return size < 1 ? 0 : LoadStringA(moduleHandle, static_cast<UINT>(code), text, size);
+    // LoadStringA uses the lower 16 bits of a number alone, and for a size of 0 hands out a pointer
+    // instead of characters.
+    const bool isStringNumber = code >= 0 && code <= 0xFFFF;
+    if (!isStringNumber || size < 1) return 0;
+    return LoadStringA(moduleHandle, static_cast<UINT>(code), text, size);
 }
 
 }  // namespace lumoxa
