@@ -9,6 +9,9 @@ set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 
+# Test programs run under Wine; its settings are those of the test preset.
+set(CMAKE_CROSSCOMPILING_EMULATOR wine)
+
 # The compiler's runtime goes into the DLL, so that it loads on a machine without MinGW.
 set(CMAKE_SHARED_LINKER_FLAGS_INIT -static)
 set(CMAKE_EXE_LINKER_FLAGS_INIT -static)

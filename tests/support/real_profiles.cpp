@@ -10,18 +10,25 @@
 namespace lumoxa_test {
 namespace fs = std::filesystem;
 
+// Wine shows the machine's own files on this drive.
+#if defined(_WIN32)
+const std::string kDrive = "Z:";
+#else
+const std::string kDrive;
+#endif
+
 const std::set<std::string> kExtensions = {".icc", ".icm", ".ICC", ".ICM"};
 
 std::vector<std::string> realProfilePaths() {
     std::set<std::string> paths;
     for (const char* root : {"/usr/share/color/icc", "/usr/share/ghostscript"}) {
         std::error_code failed;
-        for (fs::recursive_directory_iterator it(root, failed), end; !failed && it != end;
+        for (fs::recursive_directory_iterator it(kDrive + root, failed), end; !failed && it != end;
              it.increment(failed)) {
             const bool isProfile = kExtensions.count(it->path().extension().string()) != 0;
             std::error_code broken;
             if (isProfile && it->is_regular_file(broken))
-                paths.insert(fs::canonical(it->path()).string());
+                paths.insert(fs::canonical(it->path()).generic_string());
         }
     }
     return {paths.begin(), paths.end()};
