@@ -40,8 +40,12 @@ class OutputStream {
 
     FILE* get() const { return stream_; }
 
-    /// False when what was buffered could not be written: a full disk may show only here.
-    bool close() { return std::fclose(std::exchange(stream_, nullptr)) == 0; }
+    /// False when what was buffered could not be written: a full disk may show only here. Flushed
+    /// by itself, since not every C runtime's fclose tells that its last write failed.
+    bool close() {
+        const bool flushed = std::fflush(stream_) == 0;
+        return std::fclose(std::exchange(stream_, nullptr)) == 0 && flushed;
+    }
 
   private:
     FILE* stream_;
