@@ -29,6 +29,9 @@ class PowerError : public testing::TestWithParam<PowerRange> {};
 
 // Half a unit is what rounding takes.
 TEST_P(PowerError, ExceedsAHundredthMoreThanRounding) {
+#if defined(_WIN32)
+    GTEST_SKIP() << "powl is hardly more exact than double in the C libraries for Windows";
+#endif
     if (LDBL_MANT_DIG < 64) GTEST_SKIP() << "long double is no more exact than double here";
     const PowerRange& range = GetParam();
     SeededRandom random(7);
