@@ -17,6 +17,9 @@ struct Group {
     const char* name;
     Rows (*rows)();
 };
+void PrintTo(const Group& group, std::ostream* out) {
+    *out << group.name;
+}
 constexpr Group kGroups[] = {
     {"lut", lutRows},     {"lutAB", lutABRows},   {"intent", intentRows},
     {"curve", curveRows}, {"gray", grayRows},     {"LabXYZ", labXyzRows},
@@ -64,8 +67,10 @@ TEST_P(SameBytes, DependOnTheSystem) {
     for (const Row& row : GetParam().rows()) {
         const Hashes hashes = hashesOf(row);
         const auto known = table.find(row.name);
-        if (known == table.end() && !row.installed.empty()) continue;
-        ASSERT_NE(known, table.end()) << row.name << " is made twice, or not in the table";
+        if (known == table.end()) {
+            EXPECT_FALSE(row.installed.empty()) << row.name << " is not in the table";
+            continue;
+        }
         ++made;
         if (known->second.files != hashes.files) continue;
         ++compared;

@@ -58,17 +58,23 @@ void addPrints(Rows& rows, const std::string& name, const Ask& ask, const Profil
 
 Rows curveRows() {
     Rows rows;
-    for (const char* letters : {"i", "slk", "l", "hs0", "0", "1", "2", "3", "4"}) {
+    for (const char* letters : {"i", "slk", "l", "hs0", "0", "567", "1", "2", "3", "4"}) {
         const std::vector<Bytes> set = curves(letters);
         addProfiles(rows, letters, {rgbProfile(set, "scnr", true)});
         addProfiles(rows, std::string("matrix,") + letters, {rgbProfile(set, "mntr")});
         addProfiles(rows, std::string("gray,") + letters,
                     {gray(set[0], "Lab "), gray(set[0], "XYZ ")});
     }
-    for (const uint16_t* g = kGammas; g != std::end(kGammas); g += 3)
-        addProfiles(rows, "gamma," + std::to_string(g[0]),
-                    {rgbProfile({curveTag({g[0]}), curveTag({g[1]}), curveTag({g[2]})}, "scnr",
-                                /*unitMatrix=*/true)});
+    for (const uint16_t* g = kGammas; g != std::end(kGammas); g += 3) {
+        std::vector<Bytes> gammas, powers;
+        for (int c = 0; c < 3; ++c) {
+            gammas.push_back(curveTag({g[c]}));
+            powers.push_back(parametricTag(0, {g[c] / 256.0}));
+        }
+        const std::string name = std::to_string(g[0]);
+        addProfiles(rows, "gamma," + name, {rgbProfile(gammas, "scnr", true)});
+        addProfiles(rows, "power," + name, {rgbProfile(powers, "scnr", true)});
+    }
     return rows;
 }
 

@@ -78,9 +78,10 @@ Rows lutRows() {
 Rows lutABRows() {
     Rows rows;
     for (const ABCase& c : kABCases) {
-        const std::string name = c.type + "," + c.a + "," + c.m + "," + c.b;
-        addRowsByDepth(rows, name + "," + std::to_string(c.precision),
-                       requested(lutProfile(abTag(c), c.in, c.out), 0, icDeviceToPcs).get());
+        const std::string name = c.type + "," + c.a + "," + c.m + "," + c.b + ",";
+        rows.push_back({name + std::to_string(c.precision), {}});
+        const ProfileBytes profile = lutProfile(abTag(c), c.in, c.out);
+        addInAllDepths(rows.back().hash, requested(profile, 0, icDeviceToPcs).get());
     }
     return rows;
 }

@@ -117,7 +117,10 @@ std::vector<Bytes> curves(const std::string& letters) {
         {'1', parametricTag(1, {2, 1.25, -0.25})},
         {'2', parametricTag(2, {1.8, 1, -0.5, 0.0625})},
         {'3', parametricTag(3, {2.4, 0.9479, 0.0521, 0.0774, 0.0405})},
-        {'4', parametricTag(4, {1.5, 0.75, 0.25, 0.5, 0.25, -0.125, 0.0625})}};
+        {'4', parametricTag(4, {1.5, 0.75, 0.25, 0.5, 0.25, -0.125, 0.0625})},
+        {'5', parametricTag(0, {2.5})},
+        {'6', parametricTag(0, {0.5})},
+        {'7', parametricTag(0, {1.7})}};
     std::vector<Bytes> result;
     for (const char letter : letters)
         result.push_back(byLetter.at(letter));

@@ -43,7 +43,7 @@ void addRowsByDepth(Rows& rows, const std::string& name, icXform_t xform);
 void addStored(Hash& hash, icXform_t xform);
 
 /// Curves by a letter each: i identity, g and h gammas, s, k and l sampled with 17, 16 and 1024
-/// entries, 0 to 4 parametric.
+/// entries, 0 to 4 parametric, 5 to 7 other powers alone.
 std::vector<Bytes> curves(const std::string& letters);
 
 Rows lutRows();
