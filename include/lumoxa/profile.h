@@ -8,6 +8,9 @@
 //
 // The functions keep nothing between calls. Two threads may call any of them at once as long as
 // neither writes what the other uses; reading from a FILE moves its position, which is a write.
+//
+// On Windows a FILE belongs to the C runtime that opened it: a program with another runtime than
+// the library's uses only the streams of `icOpenProfile`, and those only here.
 #pragma once
 
 #include <cstddef>
@@ -116,7 +119,10 @@ LUMOXA_API void icSwap4Array(void* at, int n);
 
 /// Opens a file for the stream forms of the readers above.
 ///
-/// @param path  in the encoding that the C runtime's `fopen` takes
+/// @param path  in the encoding that the C runtime's `fopen` takes: on Windows the ANSI code page,
+///              unless the program's manifest makes that UTF-8. A file with another name can be
+///              opened by the program (`_wfopen`) for the stream forms, or read by it and loaded
+///              with `icProfileLoadFromBuffer`.
 /// @return a stream that the caller closes with `icCloseProfile`, or null when it can't be opened
 LUMOXA_API FILE* icOpenProfile(const char* path);
 

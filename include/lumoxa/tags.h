@@ -123,8 +123,9 @@ LUMOXA_API int icProfileCopy(icProfile_t profile, icProfile_t* copy);
 /// four; the file itself ends with the tag, up to three bytes earlier.
 ///
 /// @param profile  an editable profile; on failure it is as it was, and can be saved again
-/// @param path     in the encoding that the C runtime's `fopen` takes; a partial file stays behind
-///                 on icErrWrite, an empty one on icErrNoMemory
+/// @param path     as for `icOpenProfile`, so a file with another name is saved under a plain one
+///                 and renamed; a partial file stays behind on icErrWrite, an empty one on
+///                 icErrNoMemory
 /// @return 0; icErrInvalid when an argument is null, or `profile` is no profile or file-backed;
 ///         icErrWrite when the file can't be opened, positioned, written whole or closed, or would
 ///         be larger than 4 GiB; icErrNoMemory
