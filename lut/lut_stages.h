@@ -167,8 +167,8 @@ class OutputStage {
         if constexpr (sizeof(Entry) == 2) {
             // An 8-bit grid whose values no table reads is spread over 16 bits.
             if (!curves_ && s.clutBits == 8) scale_ = 257.0f;
-            if (sizeof(Sample) == 1) sampleScale_ = lut_scale::to8(s.outSpace);
-        } else if (sizeof(Sample) == 2) {
+            if constexpr (sizeof(Sample) == 1) sampleScale_ = lut_scale::to8(s.outSpace);
+        } else if constexpr (sizeof(Sample) == 2) {
             // A value that no table has turned into a sample is a position in the full range.
             sampleScale_ = curves_ ? lut_scale::to16(s.outSpace) : 257.0f;
         }

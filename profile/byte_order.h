@@ -42,7 +42,10 @@ void storeRaw(void* at, T v) {
 
 template <class T>
 T fromFileOrder(T v) {
-    return hostIsBigEndian ? v : swapped(v);
+    if constexpr (hostIsBigEndian)
+        return v;
+    else
+        return swapped(v);
 }
 
 /// The unsigned T stored at `at` in file byte order.
@@ -63,7 +66,7 @@ void reverseInPlace(void* at, size_t n) {
 /// Converts `n` consecutive T in place between file and host order, in either direction.
 template <class T>
 void swapInPlace(void* at, size_t n) {
-    if (!hostIsBigEndian) reverseInPlace<T>(at, n);
+    if constexpr (!hostIsBigEndian) reverseInPlace<T>(at, n);
 }
 
 }  // namespace lumoxa
