@@ -82,7 +82,7 @@ function(compress file output)
   execute_process(COMMAND gzip -9nc ${file} OUTPUT_FILE ${PROJECT_BINARY_DIR}/${output}
     COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
-compress(CHANGELOG.md changelog.gz)
+compress(${PROJECT_SOURCE_DIR}/CHANGELOG.md changelog.gz)
 compress(${PROJECT_BINARY_DIR}/changelog.Debian changelog.Debian.gz)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS CHANGELOG.md)
 
