@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "xform/tone_curve.h"
 
-
 #include "lut/lut_tag.h"
 #include "profile/pcs_encoding.h"
 #include "profile/power.h"
@@ -74,8 +73,9 @@ void sampleParametric(const ParametricCurve& curve, int entries, float* table) {
     const float powerScale = curve.type() == 4 ? 1.0f : kSampleMax16;
     for (int i = 0; i < entries; ++i) {
         const float x = static_cast<float>(i) / static_cast<float>(entries - 1);
-        const float y = curve.inPowerSegment(x) ? curve.powerTerm(x) * powerScale + curve.powerOffset()
-                                                : curve.linear(x);
+        const float y = curve.inPowerSegment(x)
+                            ? curve.powerTerm(x) * powerScale + curve.powerOffset()
+                            : curve.linear(x);
         table[i] = curve.type() == 0 ? y : clipped(y, kSampleMax16);
     }
 }
