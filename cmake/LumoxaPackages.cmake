@@ -15,6 +15,11 @@ if(WIN32)
   return()
 endif()
 
+find_program(GZIP gzip)
+if(NOT GZIP)  # not a machine that packages for Debian are made on
+  return()
+endif()
+
 set(CPACK_GENERATOR DEB)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_ALL runtime development)
@@ -79,7 +84,7 @@ set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${library_package} (>= ${PROJECT_VERSION
 string(TIMESTAMP change_date "%a, %d %b %Y %H:%M:%S +0000" UTC)
 configure_file(cmake/debian-changelog.in changelog.Debian @ONLY)
 function(compress file output)
-  execute_process(COMMAND gzip -9nc ${file} OUTPUT_FILE ${PROJECT_BINARY_DIR}/${output}
+  execute_process(COMMAND ${GZIP} -9nc ${file} OUTPUT_FILE ${PROJECT_BINARY_DIR}/${output}
     COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 compress(${PROJECT_SOURCE_DIR}/CHANGELOG.md changelog.gz)

@@ -15,6 +15,8 @@ constexpr uint32_t kFewestPoints = 3;    // of a grid that counts as one
 constexpr uint32_t kFormulaPoints = 31;  // where only formulas bend the chain
 constexpr uint32_t kCurvePoints = 255;   // the same with one input
 
+/// The whole part of the root. Deliberately without regard to rounding: 1.0 / 3 is less than a
+/// third, so that the cube root of 2^21 is 127 and not 128, and grids have always had that size.
 uint32_t root(uint32_t budget, uint32_t n) {
     return static_cast<uint32_t>(power(static_cast<double>(budget), 1.0 / n));
 }

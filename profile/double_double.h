@@ -31,7 +31,7 @@ constexpr double upperHalf(double a) {
     return scaled - (scaled - a);
 }
 
-/// a b without error, as long as neither is within 2^28 of the largest or smallest double.
+/// a b without error, as long as neither is above 2^995 and the product is 0 or above 2^-960.
 constexpr DoubleDouble exactProduct(double a, double b) {
     const double product = a * b;
     const double aHigh = upperHalf(a), aLow = a - aHigh;

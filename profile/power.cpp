@@ -7,6 +7,7 @@
 
 #include <array>
 #include <bit>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -158,17 +159,9 @@ double exponential(const DoubleDouble& p) {
 
 // --- the cases of ISO C -----------------------------------------------------------------------
 
-bool isNotANumber(double v) {
-    return v != v;
-}
-
-double magnitude(double v) {
-    return v < 0.0 ? -v : v;
-}
-
 bool isOddInteger(double y) {
     constexpr double kAllEven = 9007199254740992.0;  // 2^53
-    const double size = magnitude(y);
+    const double size = std::fabs(y);
     if (size >= kAllEven) return false;
     const auto whole = static_cast<int64_t>(size);
     return static_cast<double>(whole) == size && whole % 2 == 1;
@@ -176,7 +169,7 @@ bool isOddInteger(double y) {
 
 bool isInteger(double y) {
     constexpr double kAllWhole = 4503599627370496.0;  // 2^52
-    const double size = magnitude(y);
+    const double size = std::fabs(y);
     return size >= kAllWhole || static_cast<double>(static_cast<int64_t>(size)) == size;
 }
 
@@ -189,8 +182,8 @@ double positivePower(double x, double y) {
     constexpr double kLargest = 1e20;
     // Below this every power rounds to 1, and the products' errors would be lost.
     constexpr double kSmallest = 1e-20;
-    if (magnitude(y) > kLargest) return (x > 1.0) == (y > 0.0) ? kInfinity : 0.0;
-    if (magnitude(y) < kSmallest) return 1.0;
+    if (std::fabs(y) > kLargest) return (x > 1.0) == (y > 0.0) ? kInfinity : 0.0;
+    if (std::fabs(y) < kSmallest) return 1.0;
     return exponential(naturalLog(x) * y);
 }
 
@@ -198,10 +191,9 @@ double positivePower(double x, double y) {
 
 double power(double x, double y) {
     if (x == 1.0 || y == 0.0) return 1.0;
-    if (isNotANumber(x) || isNotANumber(y)) return x + y;
-    const bool negative = (std::bit_cast<uint64_t>(x) >> 63) != 0;
-    if (!negative) return positivePower(x, y);
-    if (x == -1.0 && magnitude(y) == kInfinity) return 1.0;
+    if (std::isnan(x) || std::isnan(y)) return x + y;
+    if (!std::signbit(x)) return positivePower(x, y);
+    if (x == -1.0 && std::fabs(y) == kInfinity) return 1.0;
     const bool finiteBase = x != 0.0 && x != -kInfinity;
     if (finiteBase && !isInteger(y)) return std::numeric_limits<double>::quiet_NaN();
     const double result = positivePower(-x, y);

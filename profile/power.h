@@ -8,9 +8,8 @@
 namespace lumoxa {
 
 /// `x` to the power `y`, in plain arithmetic and so with the same bits on every machine. The error
-/// is below 0.51 units in the last place while the result is neither subnormal nor beyond 2^64 (or
-/// below 2^-64); it grows to 0.6 at the ends of the range. Infinities, zeros, negative bases and
-/// what is not a number give what C's pow gives (ISO C, F.10.4.4).
+/// is below 0.51 units in the last place, for a subnormal result below 0.76. Infinities, zeros,
+/// negative bases and what is not a number give what C's pow gives (ISO C, F.10.4.4).
 double power(double x, double y);
 
 inline float power(float x, float y) {

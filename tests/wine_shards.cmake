@@ -3,13 +3,9 @@
 # Test programs for Windows, run under Wine. Starting Wine takes longer than most tests, so a program
 # is run as a few shards of its tests.
 
-# The server outlives the tests for half a minute, and what starts with it writes to a file: it would
-# else hold the first test's output open until it ends. One that still runs would refuse a second.
-set(start_wine
-  [[mkdir -p "$WINEPREFIX" && { wineserver -k || true; } && wineserver -p30 && wine wineboot --init]])
-add_test(NAME wine.start COMMAND sh -c
-  "{ ${start_wine}; } </dev/null >wine_start.log 2>&1 || { cat wine_start.log; exit 1; }")
-add_test(NAME wine.stop COMMAND wineserver -k)
+set(wine sh ${CMAKE_CURRENT_LIST_DIR}/wine.sh)
+add_test(NAME wine.start COMMAND ${wine} start)
+add_test(NAME wine.stop COMMAND ${wine} stop)
 set_tests_properties(wine.start PROPERTIES FIXTURES_SETUP wine TIMEOUT 120)
 set_tests_properties(wine.stop PROPERTIES FIXTURES_CLEANUP wine TIMEOUT 60)
 

@@ -15,8 +15,8 @@
 // Nothing is thrown.
 //
 // Threads: there is no state between calls and no start-up. Any number of threads may convert
-// through one transform at once, or read one profile. Editing a profile, and taking and dropping
-// holders of a transform, belong to one thread at a time.
+// through one transform at once, or read one profile that is held in memory. Editing a profile, and
+// taking and dropping holders of a transform, belong to one thread at a time.
 #pragma once
 
 #include <stdint.h>

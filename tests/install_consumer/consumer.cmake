@@ -4,7 +4,8 @@
 
 # run(<command> [<argument>...]): fails unless the command succeeds; its output is in run_output.
 function(run)
-  execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+  execute_process(COMMAND ${ARGN} TIMEOUT 300
+    RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
   if(NOT result EQUAL 0)
     message(FATAL_ERROR "${ARGN}\nended with ${result}:\n${output}")
   endif()

@@ -13,7 +13,7 @@ file(MAKE_DIRECTORY ${root}/var/lib/dpkg/info ${root}/var/lib/dpkg/updates)
 file(COPY /var/lib/dpkg/status DESTINATION ${root}/var/lib/dpkg)
 set(ENV{PATH} $ENV{PATH}:/usr/sbin:/sbin)
 file(GLOB packages ${PACKAGES}/*.deb)
-run(dpkg --root=${root} --force-not-root --install ${packages})
+run(dpkg --root=${root} --log=${WORK}/debian/dpkg.log --force-not-root --install ${packages})
 
 # use_library_of_tree(<program>): a library of the machine would hide that ours isn't found.
 function(use_library_of_tree program)

@@ -23,17 +23,11 @@ endforeach()
 
 set(ENV{WINEPREFIX} ${WORK}/wine)
 set(ENV{WINEDEBUG} -all)
-set(ENV{WINEDLLOVERRIDES} mscoree,mshtml=)  # no installers of what isn't needed
+# No installers of what isn't needed, no entries in the user's menus.
+set(ENV{WINEDLLOVERRIDES} mscoree,mshtml,winemenubuilder.exe,winedbg.exe=)
 set(ENV{WINEPATH} Z:${prefix}/bin)
 unset(ENV{DISPLAY})
-# The server outlives what starts it, so it writes to a file: a pipe would be waited for.
-file(MAKE_DIRECTORY ${WORK}/wine)
-set(wine_log ${WORK}/windows/wine.log)
-foreach(command IN ITEMS "wineserver -p30" "wine wineboot --init")
-  separate_arguments(command UNIX_COMMAND ${command})
-  execute_process(COMMAND ${command} OUTPUT_FILE ${wine_log} ERROR_FILE ${wine_log}
-    COMMAND_ERROR_IS_FATAL ANY)
-endforeach()
+run(sh ${CMAKE_CURRENT_LIST_DIR}/../wine.sh start)
 set(options -DCMAKE_TOOLCHAIN_FILE=${source}/cmake/mingw-w64-x86-64.cmake
   -DCMAKE_STAGING_PREFIX=${prefix}  # where the toolchain lets packages be found
   -DCMAKE_CROSSCOMPILING_EMULATOR=wine)
@@ -43,5 +37,5 @@ consume(${prefix} ${version} ${WORK}/windows/consumer ${options})
 run(x86_64-w64-mingw32-dlltool --input-def ${prefix}/lib/lumoxa.def
   --output-lib ${prefix}/lib/liblumoxa.dll.a)
 consume(${prefix} ${version} ${WORK}/windows/consumer_by_list ${options})
-run(wineserver -k)
+run(sh ${CMAKE_CURRENT_LIST_DIR}/../wine.sh stop)
 message(STATUS "Windows archive ${version}: unpacked, built against, run")
