@@ -7,18 +7,13 @@
 namespace lumoxa_test {
 namespace {
 
-void append8(Bytes& out, uint32_t value) {
-    out.push_back(static_cast<uint8_t>(value));
-}
-
-void append16(Bytes& out, uint32_t value) {
-    append8(out, value >> 8);
-    append8(out, value);
+void append(Bytes& out, uint32_t value, unsigned bytes) {
+    while (bytes-- > 0)
+        out.push_back(static_cast<uint8_t>(value >> 8 * bytes));
 }
 
 void append32(Bytes& out, uint32_t value) {
-    append16(out, value >> 16);
-    append16(out, value);
+    append(out, value, 4);
 }
 
 void appendFixed(Bytes& out, const std::vector<double>& values) {  // s15Fixed16
@@ -68,23 +63,15 @@ std::vector<uint16_t> repeatingClut(const std::vector<uint8_t>& grid, uint32_t o
 }
 
 void appendSamples(Bytes& out, const std::vector<uint16_t>& samples, uint32_t bytes) {
-    for (const uint32_t sample : samples) {
-        bytes == 1 ? append8(out, sample >> 8) : append16(out, sample);
-    }
+    for (const uint32_t sample : samples)
+        append(out, sample >> (16 - 8 * bytes), bytes);
 }
 
-Bytes lutTag(const std::string& type, const LutContent& c, uint32_t inEntries,
-             uint32_t outEntries) {
-    const bool is16 = type == "mft2";
-    Bytes out = typed(type);
-    for (const uint32_t v : {c.inputs, c.outputs, c.grid, 0U})
-        append8(out, v);
+Bytes lutTag(uint32_t bytes, const LutContent& c, uint32_t inEntries, uint32_t outEntries) {
+    Bytes out = typed(bytes == 2 ? "mft2" : "mft1");
+    append32(out, c.inputs << 24 | c.outputs << 16 | c.grid << 8);
     appendFixed(out, c.matrix);
-    if (is16) {
-        append16(out, inEntries);
-        append16(out, outEntries);
-    }
-    const uint32_t bytes = is16 ? 2 : 1;
+    if (bytes == 2) append32(out, inEntries << 16 | outEntries);
     appendSamples(out, ramps(c.inTables, c.inputs, inEntries), bytes);
     const std::vector<uint8_t> grid(c.inputs, static_cast<uint8_t>(c.grid));
     appendSamples(out, c.clut.empty() ? repeatingClut(grid, c.outputs) : c.clut, bytes);
@@ -103,8 +90,7 @@ void appendCurves(Bytes& out, size_t offsetAt, const std::vector<Bytes>& curves)
 
 Bytes lutABTag(const std::string& type, const LutABContent& c) {
     Bytes out = typed(type);
-    for (const uint32_t v : {c.inputs, c.outputs, 0U, 0U})
-        append8(out, v);
+    append32(out, c.inputs << 24 | c.outputs << 16);
     out.resize(32);  // offsets of B, matrix, M, CLUT, A
     appendCurves(out, 12, c.bCurves);
     if (!c.matrix.empty()) put32(out, 16, static_cast<uint32_t>(out.size()));
@@ -112,8 +98,8 @@ Bytes lutABTag(const std::string& type, const LutABContent& c) {
     appendCurves(out, 20, c.mCurves);
     if (!c.grid.empty()) {
         put32(out, 24, static_cast<uint32_t>(out.size()));
-        for (size_t i = 0; i < 16; ++i)
-            append8(out, i < c.grid.size() ? c.grid[i] : 0);
+        out.insert(out.end(), c.grid.begin(), c.grid.end());
+        out.resize(out.size() + 16 - c.grid.size());
         append32(out, c.precision << 24);
         appendSamples(out, c.clut.empty() ? repeatingClut(c.grid, c.outputs) : c.clut, c.precision);
         align4(out);
@@ -151,11 +137,11 @@ Bytes xyzTag(double X, double Y, double Z) {
 }
 
 Bytes lut8Tag(const LutContent& content) {
-    return lutTag("mft1", content, 256, 256);
+    return lutTag(1, content, 256, 256);
 }
 
 Bytes lut16Tag(const LutContent& content) {
-    return lutTag("mft2", content, content.inEntries, content.outEntries);
+    return lutTag(2, content, content.inEntries, content.outEntries);
 }
 
 Bytes lutAToBTag(const LutABContent& content) {
@@ -172,7 +158,7 @@ ProfileBytes::ProfileBytes(const std::string& deviceClass, const std::string& co
     append32(header_, 0x02100000);
     appendText(header_, deviceClass + colorSpace + pcs);
     for (const uint32_t part : {2020U, 5U, 9U, 12U, 34U, 56U})
-        append16(header_, part);
+        append(header_, part, 2);
     appendText(header_, "acsp");
     header_.resize(68);
     appendFixed(header_, {0.9642, 1.0, 0.8249});

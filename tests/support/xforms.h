@@ -13,7 +13,9 @@
 #include <gtest/gtest.h>
 
 #include "lumoxa/lumoxa.h"
+#include "profile/profile_object.h"
 #include "profile/signatures.h"
+#include "profile/tag_reader.h"
 #include "tests/support/profile_bytes.h"
 
 namespace lumoxa_test {
@@ -47,6 +49,24 @@ inline OwnedProfile loaded(const Bytes& image) {
     icProfile_t profile = nullptr;
     EXPECT_EQ(icProfileLoadFromBuffer(nullptr, image.data(), image.size(), &profile), 0);
     return OwnedProfile(profile);
+}
+
+/// A profile whose tags stay in that file.
+inline OwnedProfile opened(const std::string& path) {
+    icProfile_t profile = nullptr;
+    EXPECT_EQ(icLoadProfile(path.c_str(), &profile), 0);
+    return OwnedProfile(profile);
+}
+
+/// Signatures and data of the tags of a profile in memory.
+inline std::vector<std::pair<uint32_t, Bytes>> tagsOf(const OwnedProfile& profile) {
+    std::vector<std::pair<uint32_t, Bytes>> tags;
+    for (int i = 0; i < profile->tagList->count; ++i) {
+        const icTag_safe64bit& entry = profile->tagList->tags[i];
+        const uint8_t* first = lumoxa::tagAddress(entry);
+        tags.emplace_back(entry.signature, Bytes(first, first + entry.size));
+    }
+    return tags;
 }
 
 /// The result code of asking for a transform, which lands in `out`; null unless the code is 0.
