@@ -5,12 +5,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <limits>
 
 #include <gtest/gtest.h>
 
-#include "profile/tag_reader.h"
 #include "tests/support/temp_file.h"
 #include "tests/support/xforms.h"
 
@@ -30,33 +28,6 @@ Bytes image() {
         .image();
 }
 
-struct Backed {
-    explicit Backed(const Bytes& bytes) : file(bytes) {
-        icProfile_t handle = nullptr;
-        EXPECT_EQ(icLoadProfile(file.path().c_str(), &handle), 0);
-        profile.reset(handle);
-    }
-    TempFile file;
-    OwnedProfile profile;
-};
-
-// Size field, signatures and data of a profile in memory.
-struct State {
-    uint32_t size;
-    std::vector<std::pair<uint32_t, Bytes>> tags;
-    bool operator==(const State&) const = default;
-};
-
-State stateOf(icProfile_t profile) {
-    State state{profile->header.size, {}};
-    for (int i = 0; i < profile->tagList->count; ++i) {
-        const icTag_safe64bit& entry = profile->tagList->tags[i];
-        const uint8_t* first = lumoxa::tagAddress(entry);
-        state.tags.emplace_back(entry.signature, Bytes(first, first + entry.size));
-    }
-    return state;
-}
-
 // A tag that was read: at least the 8 bytes that every copy has.
 struct Read : icTagValue_t {
     Read(icProfile_t profile, uint32_t signature) : icTagValue_t{} {
@@ -71,11 +42,11 @@ struct Read : icTagValue_t {
 };
 
 TEST(TagEdit, ReadsFileAndMemoryDifferently) {
-    const Backed backed(image());
-    const OwnedProfile whole = loaded(image());
+    const TempFile file(image());
+    const OwnedProfile backed = opened(file.path()), whole = loaded(image());
     Bytes hostOrder = xyzTag(1, 2, 3);
     std::reverse(hostOrder.begin(), hostOrder.begin() + 4);
-    for (const icProfile_t profile : {backed.profile.get(), whole.get()}) {
+    for (const icProfile_t profile : {backed.get(), whole.get()}) {
         const Read white(profile, kWhite), bits(profile, fourcc("bits"));
         EXPECT_TRUE(white.signature == kWhite && white.type == fourcc("XYZ ") && white.size == 20);
         EXPECT_EQ(white.bytes, hostOrder);
@@ -88,26 +59,28 @@ TEST(TagEdit, ReadsFileAndMemoryDifferently) {
 TEST(TagEdit, ReadsWhatIsNotThere) {
     Bytes cut = image();
     cut.resize(190);
-    const Backed backed(cut);
+    const TempFile file(cut);
+    const OwnedProfile backed = opened(file.path());
     icTagValue_t value = {0, 0, nullptr, 7};
-    EXPECT_EQ(icTagGetById(backed.profile.get(), kAbsent, &value), icErrNoTag);
+    EXPECT_EQ(icTagGetById(backed.get(), kAbsent, &value), icErrNoTag);
     EXPECT_EQ(icTagGetById(nullptr, kWhite, &value), icErrInvalid);
-    EXPECT_EQ(icTagGetById(backed.profile.get(), kWhite, nullptr), icErrInvalid);
+    EXPECT_EQ(icTagGetById(backed.get(), kWhite, nullptr), icErrInvalid);
     EXPECT_EQ(value.size, 7U);
     value.data = &value;
-    EXPECT_EQ(icTagGetById(backed.profile.get(), kWhite, &value), icErrRead);
+    EXPECT_EQ(icTagGetById(backed.get(), kWhite, &value), icErrRead);
     EXPECT_EQ(value.data, nullptr);
     EXPECT_EQ(icTagFree(nullptr), 0);
 }
 
 TEST(TagEdit, LosesTrackOfTagsAndSize) {
     const OwnedProfile profile = loaded(image());
-    State expected = stateOf(profile.get());
+    auto expected = tagsOf(profile);
+    uint32_t size = profile->header.size;
     const auto expectTag = [&](size_t i, uint32_t signature, const Bytes& bytes, int growth) {
-        if (i == expected.tags.size()) expected.tags.emplace_back(signature, Bytes{});
-        expected.tags[i].second = bytes;
-        expected.size += static_cast<uint32_t>(growth);
-        EXPECT_EQ(stateOf(profile.get()), expected) << i;
+        expected.resize(std::max(expected.size(), i + 1));
+        expected[i] = {signature, bytes};
+        EXPECT_EQ(tagsOf(profile), expected) << i;
+        EXPECT_EQ(profile->header.size, size += static_cast<uint32_t>(growth)) << i;
     };
     Read value(profile.get(), kWhite);  // set as it was read, under another name
     value.signature = fourcc("copy");
@@ -122,12 +95,12 @@ TEST(TagEdit, LosesTrackOfTagsAndSize) {
     ASSERT_EQ(icTagAdd(profile.get(), kAbsent, 0, nullptr), 0);
     expectTag(5, kAbsent, {}, 12);
 
-    for (const uint32_t size : {20U, 14U}) {  // the second of two takes the place of the first
-        EXPECT_EQ(Read(profile.get(), kTwice).size, size);
+    for (const auto& [i, bytes] : {std::pair{1, 20U}, {2, 14U}}) {  // the second follows the first
+        EXPECT_EQ(Read(profile.get(), kTwice).size, bytes);
         ASSERT_EQ(icTagRemove(profile.get(), kTwice), 0);
-        expected.tags.erase(expected.tags.begin() + (size == 20 ? 1 : 2));
-        expected.size -= 12 + size;
-        EXPECT_EQ(stateOf(profile.get()), expected);
+        expected.erase(expected.begin() + i);
+        EXPECT_EQ(tagsOf(profile), expected);
+        EXPECT_EQ(profile->header.size, size -= 12 + bytes);
     }
 }
 
@@ -136,38 +109,41 @@ TEST(TagEdit, ChangesAProfileByACallThatFails) {
     const icTagValue_t fine = {kWhite, 0, four, 4}, shorter = {kWhite, 0, four, 3},
                        null = {kWhite, 0, nullptr, 4};
     const OwnedProfile whole = loaded(image());
-    const State before = stateOf(whole.get());
+    const auto before = tagsOf(whole);
     EXPECT_EQ(icTagSet(whole.get(), &shorter), icErrInvalid);
     EXPECT_EQ(icTagSet(whole.get(), nullptr), icErrInvalid);
     EXPECT_EQ(icTagSet(whole.get(), &null), icErrNullData);
     EXPECT_EQ(icTagAdd(whole.get(), kWhite, 1, nullptr), icErrNullData);
     EXPECT_EQ(icTagRemove(whole.get(), kAbsent), icErrNoTag);
-    EXPECT_EQ(stateOf(whole.get()), before);
+    EXPECT_EQ(tagsOf(whole), before);
 
-    const Backed backed(image());
+    const TempFile file(image());
+    const OwnedProfile backed = opened(file.path());
     icProfileInternal spoilt = *whole;
     spoilt.header.magic = 0;
-    for (const icProfile_t profile : {backed.profile.get(), icProfile_t{&spoilt}, icProfile_t{}}) {
+    for (const icProfile_t profile : {backed.get(), icProfile_t{&spoilt}, icProfile_t{}}) {
         EXPECT_EQ(icTagSet(profile, &fine), icErrInvalid);
         EXPECT_EQ(icTagAdd(profile, kAbsent, 4, four), icErrInvalid);
         EXPECT_EQ(icTagRemove(profile, kWhite), icErrInvalid);
     }
-    EXPECT_EQ(backed.profile->header.size, before.size);
-    EXPECT_EQ(backed.profile->tagList->count, 4);
-    EXPECT_EQ(stateOf(whole.get()), before);
+    EXPECT_EQ(whole->header.size, image().size());
+    EXPECT_EQ(backed->header.size, image().size());
+    EXPECT_EQ(backed->tagList->count, 4);
+    EXPECT_EQ(tagsOf(whole), before);
 }
 
 // --- Ready-made tags ----------------------------------------------------------------------------
 
 // The block of a filled tag; empty when there is none and the size returned is 0.
-Bytes filled(const std::function<int(icTagBase**)>& fill) {
+template <class Fill, class... Arguments>
+Bytes filled(Fill fill, Arguments... arguments) {
     icTagBase* tag = reinterpret_cast<icTagBase*>(&tag);
-    const int size = fill(&tag);
+    const int size = fill(arguments..., &tag);
     EXPECT_EQ(size == 0, tag == nullptr);
     const auto* first = reinterpret_cast<const uint8_t*>(tag);
     const Bytes bytes(first, first + size);
     icFree(tag);
-    EXPECT_EQ(fill(nullptr), 0);
+    EXPECT_EQ(fill(arguments..., nullptr), 0);
     return bytes;
 }
 
@@ -176,32 +152,31 @@ TEST(TagFill, LaysOutItsTagsWrongly) {
     Bytes identity = curveTag({}), power = curveTag({gamma}), table = curveTag({0, 0x1234, 65535});
     for (Bytes* tag : {&identity, &power, &table})
         tag->resize(tag->size() + 2);
-    EXPECT_EQ(filled([](auto out) { return icFillTrc(nullptr, 0, out); }), identity);
-    EXPECT_EQ(filled([&](auto out) { return icFillTrc(&gamma, 1, out); }), power);
-    EXPECT_EQ(filled([&](auto out) { return icFillTrc(curve, 3, out); }), table);
+    EXPECT_EQ(filled(icFillTrc, nullptr, 0), identity);
+    EXPECT_EQ(filled(icFillTrc, &gamma, 1), power);
+    EXPECT_EQ(filled(icFillTrc, curve, 3), table);
 
     Bytes white = xyzTag(0, 1, 0);
     put32(white, 8, 63190);
     put32(white, 16, 54061);
-    EXPECT_EQ(filled([](auto out) { return icFillWhitePoint(0.9642f, 1, 0.8249f, out); }), white);
+    EXPECT_EQ(filled(icFillWhitePoint, 0.9642f, 1.0f, 0.8249f), white);
 
     Bytes description(94 + 3);
     const char head[] = "desc\0\0\0\0\0\0\0\4abc";
     std::copy(head, head + sizeof head, description.begin());
-    EXPECT_EQ(filled([](auto out) { return icFillProfileDescription("abc", out); }), description);
-    EXPECT_EQ(filled([](auto out) { return icFillProfileDescription("", out); }).size(), 94U);
+    EXPECT_EQ(filled(icFillProfileDescription, "abc"), description);
+    EXPECT_EQ(filled(icFillProfileDescription, "").size(), 94U);
 }
 
 TEST(TagFill, TakesWhatIsNoTag) {
     const unsigned short entry = 1;
     for (const int n : {-1, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()})
-        EXPECT_EQ(filled([&](auto out) { return icFillTrc(&entry, n, out); }), Bytes{}) << n;
-    EXPECT_EQ(filled([](auto out) { return icFillTrc(nullptr, 1, out); }), Bytes{});
-    EXPECT_EQ(filled([](auto out) { return icFillProfileDescription(nullptr, out); }), Bytes{});
+        EXPECT_EQ(filled(icFillTrc, &entry, n), Bytes{}) << n;
+    EXPECT_EQ(filled(icFillTrc, nullptr, 1), Bytes{});
+    EXPECT_EQ(filled(icFillProfileDescription, nullptr), Bytes{});
     // No such number has a s15Fixed16: the sanitizer sees a conversion that is undefined.
     for (const float odd : {NAN, INFINITY, -INFINITY, 1e30f, -1e30f})
-        EXPECT_EQ(filled([&](auto out) { return icFillWhitePoint(odd, 1, odd, out); }),
-                  xyzTag(0, 1, 0));
+        EXPECT_EQ(filled(icFillWhitePoint, odd, 1.0f, odd), xyzTag(0, 1, 0));
 }
 
 }  // namespace
