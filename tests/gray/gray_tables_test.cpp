@@ -1,49 +1,112 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// In and out tables of states that a caller has filled.
+// Tone curves fitted to patches, and the in and out tables of states that a caller has filled.
 #include "gray/gray_tables.h"
+
+#include <array>
 
 #include <gtest/gtest.h>
 
-#include "gray/gray_state.h"
-#include "tests/support/gray_profiles.h"
+#include "tests/support/gray_asks.h"
 #include "tests/support/xforms.h"
+#include "xform/xform_object.h"
 
 namespace lumoxa_test {
 namespace {
 
-/// A state with the neutral curves of the ink printer and no tables.
-struct State {
-    static constexpr int kGrid = 5;
-    std::vector<float> curves, samples;
-    Bytes tag = Bytes(12);
-    GrayConv_t record{};
+Floats floats(const std::vector<Triple>& patches) {
+    Floats out;
+    for (const Triple& patch : patches)
+        out.insert(out.end(), patch.begin(), patch.end());
+    return out;
+}
 
-    explicit State(int steps) : curves(6 * (static_cast<size_t>(steps) + 2)) {
-        for (const Triple& patch : InkPrinter().patches(kGrid, steps))
-            samples.insert(samples.end(), patch.begin(), patch.end());
-        const uint16_t grid = kGrid;
-        std::memcpy(&tag[8], &grid, sizeof grid);
-        tag[10] = static_cast<uint8_t>(steps);
-        float* at[6];
-        for (size_t i = 0; i < 6; ++i)
-            at[i] = &curves[i * curves.size() / 6];
-        EXPECT_EQ(icBuildGrayPreLuts(kGrid, steps, samples.data(), 0, nullptr, 0, at), 0);
-        record.curveX = at[0], record.outCurveA = at[1], record.outCurveB = at[2];
-        record.curveL = at[3], record.inCurveA = at[4], record.inCurveB = at[5];
-        record.tagData = tag.data(), record.samples = samples.data();
-        record.keyFirst = record.keySecond = 32768;
+/// The six curves, or the code of their failure.
+struct Curves {
+    std::array<Floats, 6> c;
+    std::array<float*, 6> at{};
+    int code;
+
+    Curves(int n, int steps, int layout, const Floats& samples,
+           const unsigned short* pair = nullptr)
+        : c{} {
+        for (size_t i = 0; i < 6; ++i) {
+            c[i].resize(static_cast<size_t>(steps) + 2, -1.0f);
+            at[i] = c[i].data();
+        }
+        code = icBuildGrayPreLuts(n, steps, samples.data(), layout, pair, 0.5f, at.data());
+    }
+    Triple lab(size_t i) const { return decodedLab(c[3][i], c[4][i], c[5][i]); }
+};
+
+// As many steps as the ramp has inner points, so that nothing is interpolated; last a straight
+// line, which stays one with any number of points.
+TEST(ToneCurvesOfARamp, RiseOrChangeMoreThanNeeded) {
+    const struct {
+        std::vector<double> measured, falling;
+    } cases[] = {{{100, 80, 60, 30, 10}, {100, 80, 60, 30, 10}},
+                 {{100, 80, 85, 60, 62, 61, 20}, {100, 82.5, 82.5, 61, 61, 61, 20}},
+                 {{100, 50, 60, 70, 20, 40}, {100, 60, 60, 60, 30, 30}},
+                 {{100, 85, 70, 55, 40, 25, 10}, {100, 90, 80, 70, 60, 50, 40, 30, 20, 10}}};
+    for (const auto& [measured, falling] : cases) {
+        const Curves curves(static_cast<int>(measured.size()), static_cast<int>(falling.size()) - 2,
+                            2, floats(grayPatches(measured)), EncodedTone({5, 5}).pair);
+        ASSERT_EQ(curves.code, 0);
+        for (size_t i = 0; i < falling.size(); ++i)
+            EXPECT_LT(labDistance(curves.lab(i), {falling[i], 0, 0}), 0.01) << i;
+        EXPECT_EQ(curves.c[1], curves.c[0]);
+        EXPECT_EQ(curves.c[2], curves.c[0]);
+    }
+}
+
+TEST(ToneCurveArguments, AreUsedBeforeTheyAreChecked) {
+    const Floats good = floats(InkPrinter().patches(2, 1));
+    const Floats many(size_t{3} * (4 * 256 + 2), 0.5f);
+    Floats darkPaper = good, blackRamp = good;
+    darkPaper[darkPaper.size() - 5] = 0;
+    blackRamp[2] = 0;
+    const struct {
+        int n, steps, layout;
+        const Floats& samples;
+        int code;
+    } cases[] = {{2, 1, 0, good, 0},
+                 {1, 1, 0, good, icErrInvalid},
+                 {-2, 1, 0, good, icErrInvalid},
+                 {2, 0, 0, good, icErrInvalid},
+                 {2, 255, 0, many, 0},
+                 {2, 256, 0, many, icErrInvalid},
+                 {2, 1, -1, good, icErrInvalid},
+                 {2, 1, 3, good, icErrInvalid},
+                 {2, 1, 0, {}, icErrInvalid},
+                 {2, 1, 0, darkPaper, icErrInvalid},
+                 {2, 1, 2, blackRamp, icErrInvalid}};
+    for (const auto& c : cases) {
+        const Curves curves(c.n, c.steps, c.layout, c.samples);
+        EXPECT_EQ(curves.code, c.code) << c.n << " " << c.steps << " " << c.layout;
+        EXPECT_EQ(curves.c[0][0] == -1.0f, c.code != 0);
+    }
+    EXPECT_EQ(icBuildGrayPreLuts(2, 1, good.data(), 0, nullptr, 0, nullptr), icErrInvalid);
+    const Curves curves(2, 1, 0, good);
+    for (size_t missing = 0; missing < 6; ++missing) {
+        auto at = curves.at;
+        at[missing] = nullptr;
+        EXPECT_EQ(icBuildGrayPreLuts(2, 1, good.data(), 0, nullptr, 0, at.data()), icErrInvalid);
+    }
+}
+
+/// The state of a neutral transform, which has the tables of the other direction.
+struct State {
+    OwnedXform xform;
+    GrayConv_t& record;
+
+    explicit State(bool out)
+        : xform(Ask{}.from(loaded(grayProfile().image()), 1, out ? icDeviceToPcs : icPcsToDevice)),
+          record(*static_cast<GrayConv_t*>(const_cast<void*>(xform->state))) {
         record.inEntries = 4096, record.outEntries = 3856;
     }
-    State(const State&) = delete;
-    State& operator=(const State&) = delete;
-    ~State() {
-        std::free(record.inTable1);
-        std::free(record.outTable1);
-    }
-    int build(bool out, const unsigned short* pair, float fade = 0, uint32_t intent = 1) {
-        return out ? icBuildGrayOutLuts(&record, icRenderingIntent{intent}, pair, 1, 0)
-                   : icBuildGrayInLuts(&record, icRenderingIntent{intent}, pair, fade);
+    int build(bool out, const unsigned short* pair) {
+        return out ? icBuildGrayOutLuts(&record, icRelativeColorimetric, pair, 1, 0)
+                   : icBuildGrayInLuts(&record, icRelativeColorimetric, pair, 0);
     }
     Samples tables(bool out) const {
         const uint16_t* first = out ? record.outTable1 : record.inTable1;
@@ -53,26 +116,23 @@ struct State {
 
 class GrayTables : public testing::TestWithParam<bool> {};
 
+INSTANTIATE_TEST_SUITE_P(Directions, GrayTables, testing::Bool());
+
 // A state names its first tone for good: that tone keeps whatever tables are there.
 TEST_P(GrayTables, StayOrGoAgainstTheirTone) {
     const bool out = GetParam();
-    State state(16);
+    State state(out);
     uint16_t*& first = out ? state.record.outTable1 : state.record.inTable1;
     const EncodedTone cool({-2, -4}), neutral({0, 0});
     ASSERT_EQ(state.build(out, nullptr), 0);
-    const Samples fresh = state.tables(out);
     first[100] ^= 1;
     const Samples marked = state.tables(out);
     EXPECT_EQ(state.build(out, neutral.pair), 0);
     EXPECT_EQ(state.tables(out), marked);
-    Samples toned;
-    for (int round = 0; round < 2; ++round) {
-        EXPECT_EQ(state.build(out, cool.pair), 0);
-        if (round == 0) toned = state.tables(out);
-        EXPECT_EQ(state.tables(out), toned);
-        first[100] ^= 1;
-    }
-    EXPECT_NE(toned, fresh);
+    EXPECT_EQ(state.build(out, cool.pair), 0);
+    const Samples toned = state.tables(out);
+    EXPECT_NE(toned, marked);
+    first[100] ^= 1;
     EXPECT_EQ(state.build(out, cool.pair), 0);
     EXPECT_EQ(state.build(out, nullptr), 0);
     EXPECT_EQ(state.tables(out), toned);
@@ -81,82 +141,25 @@ TEST_P(GrayTables, StayOrGoAgainstTheirTone) {
 
 TEST_P(GrayTables, AreBuiltOfNothing) {
     const bool out = GetParam();
-    State state(16);
+    State state(out);
     EXPECT_EQ(icBuildGrayInLuts(nullptr, icPerceptual, nullptr, 0), icErrInvalid);
     EXPECT_EQ(icBuildGrayOutLuts(nullptr, icPerceptual, nullptr, 1, 0), icErrInvalid);
+    const auto expectRefusalWith = [&](auto& part, auto value) {
+        const auto kept = std::exchange(part, value);
+        EXPECT_EQ(state.build(out, nullptr), icErrInvalid);
+        part = kept;
+    };
     GrayConv_t& r = state.record;
     for (float** part :
-         {&r.curveX, &r.outCurveA, &r.outCurveB, &r.curveL, &r.inCurveA, &r.inCurveB, &r.samples}) {
-        float* const kept = std::exchange(*part, nullptr);
-        EXPECT_EQ(state.build(out, nullptr), icErrInvalid);
-        *part = kept;
-    }
-    for (uint32_t* count : {&r.layoutFlag, out ? &r.outEntries : &r.inEntries}) {
-        const uint32_t kept = std::exchange(*count, count == &r.layoutFlag ? 3 : 1);
-        EXPECT_EQ(state.build(out, nullptr), icErrInvalid);
-        *count = kept;
-    }
-    for (const size_t at : {8U, 10U}) {  // no grid, no steps
-        const Bytes kept = std::exchange(state.tag, Bytes(12));
-        state.tag[18 - at] = kept[18 - at];
-        r.tagData = state.tag.data();
-        EXPECT_EQ(state.build(out, nullptr), icErrInvalid) << at;
-        state.tag = kept;
-    }
-    r.tagData = nullptr;
+         {&r.curveX, &r.outCurveA, &r.outCurveB, &r.curveL, &r.inCurveA, &r.inCurveB, &r.samples})
+        expectRefusalWith(*part, nullptr);
+    expectRefusalWith(r.tagData, nullptr);
+    expectRefusalWith(r.layoutFlag, 3U);
+    expectRefusalWith(out ? r.outEntries : r.inEntries, 1U);
+    expectRefusalWith(r.tagData[10], uint8_t{0});  // no steps
+    r.tagData[8] = r.tagData[9] = 0;               // no grid
     EXPECT_EQ(state.build(out, nullptr), icErrInvalid);
-    EXPECT_EQ(r.inTable1, nullptr);
-    EXPECT_EQ(r.outTable1, nullptr);
-}
-
-INSTANTIATE_TEST_SUITE_P(Directions, GrayTables, testing::Bool());
-
-TEST(GrayTableEntries, MissTheCurves) {
-    for (const int steps : {8, 16, 20}) {
-        for (const uint32_t intent : {0U, 1U}) {
-            State state(steps);
-            const size_t middle = static_cast<size_t>(steps) / 2;
-            // Its own curves count, and are not fitted anew for the tone they have.
-            const float own = state.record.inCurveA[middle] += 500;
-            ASSERT_EQ(state.build(true, nullptr, 0, intent), 0);
-            ASSERT_EQ(state.build(false, nullptr, 0, intent), 0);
-            const GrayConv_t& r = state.record;
-            EXPECT_EQ(r.outTable2, r.outTable1 + 3856);
-            EXPECT_EQ(r.outTable3, r.outTable2 + 3856);
-            EXPECT_EQ(r.inTable3, r.inTable1 + 2 * 4096);
-            for (const uint16_t* table : {r.outTable1, r.outTable2, r.outTable3}) {
-                for (int i = 3840; i < 3856; ++i)
-                    EXPECT_EQ(table[i], 0) << i;  // paper at L* = 100, and nothing beyond
-            }
-            for (const uint16_t* table : {r.outTable2, r.outTable3}) {
-                for (int i = 1; i < 3840; ++i)  // no crease where the toners end, at the last step
-                    ASSERT_LT(std::abs(table[i - 1] - 2 * table[i] + table[i + 1]), 40) << i;
-            }
-            EXPECT_EQ(r.outTable1[0], 65535);
-            EXPECT_GT(r.outTable1[3839], 0);
-            const auto at =
-                static_cast<size_t>(std::lround(double(r.curveX[middle]) * 4095 / 65535));
-            EXPECT_EQ(r.inTable1[0], 65280);
-            EXPECT_NEAR(r.inTable1[4095], r.curveL[steps + 1], 0.6);
-            EXPECT_NEAR(r.inTable1[at], r.curveL[middle], 16) << steps;
-            EXPECT_NEAR(r.inTable2[at], own, 3) << steps;
-            EXPECT_NEAR(r.inTable3[at], r.inCurveB[middle], 2) << steps;
-        }
-    }
-}
-
-// The fade is told to the in tables alone.
-TEST(GrayTableFade, ReachesTheOutTables) {
-    const EncodedTone cool({-2, -4});
-    State faded(16), plain(16);
-    ASSERT_EQ(faded.build(false, cool.pair, 0.8f), 0);
-    ASSERT_EQ(plain.build(false, cool.pair, 0), 0);
-    EXPECT_NE(faded.tables(false), plain.tables(false));
-    ASSERT_EQ(faded.build(true, cool.pair), 0);
-    ASSERT_EQ(plain.build(true, cool.pair), 0);
-    EXPECT_EQ(faded.tables(true), plain.tables(true));
-    for (const GrayConv_t* r : {&faded.record, &plain.record})
-        EXPECT_NEAR(r->inCurveB[2], 32768 - 4 * 256, 10);
+    EXPECT_EQ(out ? r.outTable1 : r.inTable1, nullptr);
 }
 
 }  // namespace

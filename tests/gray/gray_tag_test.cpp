@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Gray tags that lie about themselves, and gray profiles in files.
+// Gray tags that lie about themselves.
 #include <gtest/gtest.h>
 
 #include "tests/support/gray_profiles.h"
-#include "tests/support/temp_file.h"
 #include "tests/support/xforms.h"
 
 namespace lumoxa_test {
@@ -57,22 +56,6 @@ TEST_P(HostileGrayTag, IsTrusted) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Layouts, HostileGrayTag, testing::Values(0, 1, 2));
-
-TEST(GrayProfiles, ConvertOtherwiseFromFiles) {
-    const Bytes image = grayProfile().image();
-    const TempFile file(image);
-    icProfile_t handle = nullptr;
-    ASSERT_EQ(icProfileLoadProfile(nullptr, file.path().c_str(), nullptr, &handle), 0);
-    const OwnedProfile profile(handle);
-    const Samples in = {0, 0, 0, 20000, 0, 0, 50000, 0, 0, 65280, 0, 0};
-    for (const uint32_t direction : {icDeviceToPcs, icPcsToDevice}) {
-        icXform_t fromFile = nullptr;
-        ASSERT_EQ(icXformGet(profile.get(), icPerceptual, icTransType{direction}, &fromFile), 0);
-        OwnedXform fromMemory;
-        ASSERT_EQ(request(image, 0, direction, fromMemory), 0);
-        EXPECT_EQ(converted(OwnedXform(fromFile).get(), in), converted(fromMemory.get(), in));
-    }
-}
 
 }  // namespace
 }  // namespace lumoxa_test

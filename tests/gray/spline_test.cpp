@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Splines, their inversion, and surfaces of them.
 #include "gray/spline.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include <gtest/gtest.h>
 
+#include "gray/inverse_lut.h"
+#include "gray/surface_fit.h"
 #include "tests/support/seeded_random.h"
 
 namespace lumoxa_test {
@@ -14,35 +17,24 @@ namespace {
 using namespace lumoxa;
 using Floats = std::vector<float>;
 
-/// The tridiagonal system of the natural spline, by elimination in double precision.
-std::vector<double> referenceSeconds(const Floats& x, const Floats& y) {
-    const size_t n = x.size();
-    std::vector<double> diagonal(n, 1), upper(n, 0), right(n, 0);
-    for (size_t i = 1; i + 1 < n; ++i) {
-        const double h0 = double(x[i]) - x[i - 1], h1 = double(x[i + 1]) - x[i];
-        const double factor = h0 / diagonal[i - 1];
-        diagonal[i] = 2 * (h0 + h1) - factor * upper[i - 1];
-        upper[i] = h1;
-        right[i] = 6 * ((double(y[i + 1]) - y[i]) / h1 - (double(y[i]) - y[i - 1]) / h0) -
-                   factor * right[i - 1];
-    }
-    std::vector<double> y2(n, 0);
-    for (size_t i = n - 2; i > 0; --i)
-        y2[i] = (right[i] - upper[i] * y2[i + 1]) / diagonal[i];
-    return y2;
-}
+struct Curve {
+    Floats x, y, y2;
 
-double referenceValue(const Floats& x, const Floats& y, const std::vector<double>& y2, double t) {
-    size_t i = 1;
-    while (i + 1 < x.size() && t >= x[i])
-        ++i;
-    const double h = double(x[i]) - x[i - 1], s = t - x[i - 1];
-    const double slope = (double(y[i]) - y[i - 1]) / h - h * (2 * y2[i - 1] + y2[i]) / 6;
-    return y[i - 1] + s * (slope + s * (y2[i - 1] / 2 + s * (y2[i] - y2[i - 1]) / (6 * h)));
-}
+    Curve(const Floats& xs, const Floats& ys) : x(xs), y(ys), y2(xs.size(), NAN) {
+        EXPECT_EQ(icSplineBuild(x.data(), y.data(), count(), y2.data()), 0);
+    }
+    int count() const { return static_cast<int>(x.size()); }
+    float at(float t) const {
+        float value = NAN;
+        icSplineEval(x.data(), y.data(), y2.data(), count(), t, &value);
+        return value;
+    }
+};
 
 class Splines : public testing::TestWithParam<size_t> {};
 
+// Slopes that agree from both sides of each point, and no curvature at the ends, make a natural
+// cubic spline; its second derivatives then say what it is between the points, and beyond.
 TEST_P(Splines, LeaveTheNaturalCubic) {
     SeededRandom random(static_cast<uint32_t>(GetParam()));
     Floats x, y;
@@ -50,50 +42,114 @@ TEST_P(Splines, LeaveTheNaturalCubic) {
         x.push_back((x.empty() ? -300.0f : x.back()) + 40.0f + random.upTo(200));
         y.push_back(random.upTo(1000));
     }
-    const int n = static_cast<int>(x.size());
-    Floats y2(x.size(), NAN);
-    ASSERT_EQ(icSplineBuild(x.data(), y.data(), n, y2.data()), 0);
+    const Curve curve(x, y), turned({x.rbegin(), x.rend()}, {y.rbegin(), y.rend()});
+    const size_t last = x.size() - 1;
+    const Floats& y2 = curve.y2;
     EXPECT_EQ(y2.front(), 0.0f);
     EXPECT_EQ(y2.back(), 0.0f);
-    const std::vector<double> expected = referenceSeconds(x, y);
-    for (size_t i = 0; i < x.size(); ++i)
-        EXPECT_NEAR(y2[i], expected[i], 1e-5) << i;
-
-    const auto at = [n](const Floats& xs, const Floats& ys, const Floats& seconds, float t) {
-        float value = NAN;
-        icSplineEval(xs.data(), ys.data(), seconds.data(), n, t, &value);
-        return value;
-    };
-    const Floats backX(x.rbegin(), x.rend()), backY(y.rbegin(), y.rend());
-    Floats backY2(x.size(), NAN);
-    icSplineBuild(backX.data(), backY.data(), n, backY2.data());
-    for (size_t i = 0; i < x.size(); ++i) {
-        EXPECT_EQ(at(x, y, y2, x[i]), y[i]);
-        EXPECT_EQ(at(backX, backY, backY2, x[i]), y[i]);
-    }
-    const float beyond = 30.0f;  // on the first and the last cubic
-    for (int i = 0; x.front() + 7.3f * static_cast<float>(i) < x.back() + 2 * beyond; ++i) {
-        const float t = x.front() - beyond + 7.3f * static_cast<float>(i);
-        const double value = referenceValue(x, y, expected, t);
-        EXPECT_NEAR(at(x, y, y2, t), value, 0.01) << t;
-        EXPECT_NEAR(at(backX, backY, backY2, t), value, 0.01) << t;
+    for (size_t i = 0; i < last; ++i) {
+        const double h = double(x[i + 1]) - x[i], slope = (double(y[i + 1]) - y[i]) / h;
+        if (i > 0) {
+            const double before = double(x[i]) - x[i - 1];
+            const double slopeBefore = (double(y[i]) - y[i - 1]) / before;
+            EXPECT_NEAR(before * y2[i - 1] + 2 * (before + h) * y2[i] + h * y2[i + 1],
+                        6 * (slope - slopeBefore), 0.02);
+        }
+        for (const double b : {i == 0 ? -0.3 : 0.0, 0.2, 0.5, i + 1 == last ? 1.3 : 1.0}) {
+            const double a = 1 - b, bend = (a * a * a - a) * y2[i] + (b * b * b - b) * y2[i + 1];
+            const auto t = static_cast<float>(x[i] + b * h);
+            EXPECT_NEAR(curve.at(t), a * y[i] + b * y[i + 1] + bend * h * h / 6, 0.02) << t;
+            EXPECT_NEAR(turned.at(t), curve.at(t), 0.02) << t;
+        }
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Points, Splines, testing::Values(2, 3, 4, 18, 257));
+INSTANTIATE_TEST_SUITE_P(Points, Splines, testing::Values(2, 3, 18, 257));
 
 TEST(SplinesOnALine, Bend) {
-    const Floats x = {0, 1, 3, 4, 10}, y = {1, 3, 7, 9, 21};
-    const Spline cubic(x.data(), y.data(), 5);
-    const Floats bent = {0, 5, 2, 8, 8};
-    const Spline linear = Spline::piecewiseLinear(x.data(), bent.data(), 5);
-    for (size_t i = 0; i < x.size(); ++i)
-        EXPECT_EQ(cubic.secondDerivatives()[i], 0.0f);
+    const Curve cubic({0, 1, 3, 4, 10}, {1, 3, 7, 9, 21});
+    EXPECT_EQ(cubic.y2, Floats(5, 0.0f));
     for (const float t : {-4.0f, 0.25f, 2.0f, 9.5f, 15.0f})
-        EXPECT_FLOAT_EQ(cubic(t), 1 + 2 * t);
+        EXPECT_FLOAT_EQ(cubic.at(t), 1 + 2 * t);
+    const Floats bent = {0, 5, 2, 8, 8};
+    const Spline linear = Spline::piecewiseLinear(cubic.x.data(), bent.data(), 5);
     EXPECT_FLOAT_EQ(linear(0.5f), 2.5f);
-    EXPECT_FLOAT_EQ(linear(2.0f), 3.5f);
     EXPECT_FLOAT_EQ(linear(7.0f), 8.0f);
+}
+
+class InverseLut : public testing::TestWithParam<std::pair<double, double>> {};
+
+// A falling curve of some exponent, and what it ends at. Beyond its values there may be no root,
+// which is said and leaves the result as it was.
+TEST_P(InverseLut, MissesTheTarget) {
+    const auto [exponent, end] = GetParam();
+    Floats x, y;
+    for (int i = 0; i < kInverseLutPoints; ++i) {
+        const double t = i / (kInverseLutPoints - 1.0);
+        x.push_back(static_cast<float>(65535 * t));
+        y.push_back(static_cast<float>(end + (65280 - end) * std::pow(1 - t, exponent)));
+    }
+    const Curve curve(x, y);
+    constexpr float kUntouched = -777.0f;
+    const auto inverse = [&](float target, float upper) {
+        float result = kUntouched;
+        get_inv_lut(target, x.data(), y.data(), curve.y2.data(), x.front(), upper, &result);
+        return result;
+    };
+    for (const float upper : {x.back(), 20000.0f}) {
+        const float lowest = curve.at(upper);
+        EXPECT_EQ(inverse(y.front(), upper), x.front());
+        EXPECT_EQ(inverse(lowest, upper), upper);
+        for (int i = 1; i < 200; ++i) {
+            const float target = lowest + (y.front() - lowest) * static_cast<float>(i) / 200;
+            // What the tolerance of the abscissa and single precision leave.
+            EXPECT_NEAR(curve.at(inverse(target, upper)), target, 0.05f) << upper << " " << i;
+        }
+    }
+    for (const auto& [target, upper] : {std::pair{-5000.0f, x.back()},
+                                        {65281.0f, x.back()},
+                                        {200000.0f, x.back()},
+                                        {1000.0f, INFINITY}}) {
+        testing::internal::CaptureStderr();
+        const bool found = inverse(target, upper) != kUntouched;
+        EXPECT_EQ(testing::internal::GetCapturedStderr(),
+                  found ? "" : "Maximum number of iterations exceeded in get_inv_lut.\n");
+        EXPECT_FALSE(found && std::isinf(upper));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Curves, InverseLut,
+                         testing::Values(std::pair{1.0, 0.0}, std::pair{2.2, 0.0},
+                                         std::pair{0.6, 12000.0}, std::pair{1.3, 65000.0}));
+
+// Splines along the first axis, straight lines along the second.
+TEST(Surfaces, LeaveTheirShape) {
+    constexpr int n = 5;
+    icSurfaceFit_t fit(n, 0);
+    SeededRandom random(1);
+    for (int i = 0; i < n; ++i)
+        fit.abscissae[static_cast<size_t>(i)] = static_cast<float>(1000 * i);
+    for (auto& surface : fit.surfaces) {
+        for (int i = 0; i < n * n; ++i)
+            surface.values[i / n][i % n] = random.upTo(100);
+        fit.buildRows(surface);
+    }
+    for (int i = 0; i <= 40; ++i) {
+        const float u = 100.0f * static_cast<float>(i);
+        for (int s = 0; s < 3; ++s) {
+            const auto row = [&](int r) {
+                return Spline(fit.abscissae.data(), fit.surfaces[s].values[r], n)(u);
+            };
+            for (const float share : {0.0f, 0.3f, 1.0f}) {
+                const float point[] = {u, 2000 + 1000 * share};
+                float results[2] = {};
+                icSurfaceEval(fit, point, results);
+                const float value = fit.evaluate(fit.surfaces[s], point);
+                EXPECT_NEAR(value, (1 - share) * row(2) + share * row(3), 1e-4);
+                EXPECT_TRUE(s == 0 || results[s - 1] == value);
+            }
+        }
+    }
 }
 
 }  // namespace
