@@ -39,11 +39,9 @@ double f(double t) {
 
 TEST_P(LabXyz, MissesWhiteOrBlack) {
     const Samples w(white.begin(), white.end());
-    EXPECT_EQ(lab(w), (Samples{65280, 32768, 32768}));
-    EXPECT_EQ(lab({0, 0, 0}), (Samples{0, 32768, 32768}));
+    EXPECT_EQ(lab({w[0], w[1], w[2], 0, 0, 0}), (Samples{65280, 32768, 32768, 0, 32768, 32768}));
     EXPECT_EQ(lab({65535, 65535, 65535}), (Samples{65280, 32768, 32768}));  // brighter than white
     EXPECT_EQ(xyz({65280, 32768, 32768}, toXyz), w);
-    EXPECT_EQ(xyz({65535, 32768, 32768}, toXyz), w);
     EXPECT_EQ(xyz({65535, 32768, 32768}, fullToXyz), w);
     EXPECT_EQ(xyz({0, 32768, 32768}, toXyz), (Samples{0, 0, 0}));
     const Samples beyond = xyz({100, 0, 65535}, toXyz);  // a* = -128, b* = 128

@@ -49,7 +49,7 @@ int requestAndUse(const Victim& v, const Bytes& tag) {
         profile.addTag(other, xyzTag(0.5, other[0] / 100.0, 0.1));
     OwnedXform xform;
     int code = 0;
-    for (uint32_t transType : {icDeviceToPcs, icPcsToDevice}) {
+    for (const uint32_t transType : {icDeviceToPcs, icPcsToDevice}) {
         if (lut && transType == icPcsToDevice) continue;
         code = request(profile.image(), 0, transType, xform);
         if (code != 0) break;
@@ -92,10 +92,9 @@ TEST(HostileTags, MistakeTheImpossibleForTruncation) {
     const struct {
         size_t victim, at;
         Bytes values;
-    } cases[] = {{0, 8, {0, 17, 255}}, {0, 9, {0}},     {0, 10, {0, 1}}, {1, 8, {0, 17, 255}},
-                 {1, 9, {0}},          {1, 49, {0, 1}}, {1, 51, {0, 1}}, {3, 8, {0, 17}},
-                 {3, 9, {0}},          {3, 32, {'x'}},  {4, 32, {'x'}},  {6, 0, {'x'}},
-                 {7, 9, {5, 255}}};
+    } cases[] = {{0, 8, {0, 17, 255}}, {0, 9, {0}},     {0, 10, {0, 1}},
+                 {1, 49, {0, 1}},      {1, 51, {0, 1}}, {3, 8, {0, 17}},
+                 {3, 32, {'x'}},       {6, 0, {'x'}},   {7, 9, {5, 255}}};
     for (const auto& c : cases) {
         for (const uint8_t byte : c.values) {
             Bytes tag = all[c.victim].tag;
