@@ -2,8 +2,6 @@
 //
 // Conversions through lutAToB and lutBToA tags.
 #include <cmath>
-#include <functional>
-#include <map>
 
 #include <gtest/gtest.h>
 
@@ -14,127 +12,75 @@
 namespace lumoxa_test {
 namespace {
 
-struct TestCurve {
-    Bytes tag;
-    std::function<double(double)> value;  // 0..1 to 0..65535
+struct Case {
+    bool toB;
+    const char *in, *out;
+    std::vector<uint8_t> grid;
+    bool first = true, last = true;  // A and B curves of 'mAB ', B and A curves of 'mBA '
+    bool matrixAndMCurves = false;
+    int tolerance = 0;  // where curves of the reference come from double precision
+    uint32_t precision = 2;
 };
 
-TestCurve sampled(uint32_t entries, uint32_t seed) {
-    SeededRandom random(seed);
-    std::vector<uint16_t> t;
-    for (uint32_t v = 300; t.size() < entries; v += random.upTo(60000 / entries)) {
-        t.push_back(static_cast<uint16_t>(v));
+const Case kCases[] = {
+    {true, "RGB ", "XYZ ", {5, 2, 9}},
+    {true, "CMYK", "XYZ ", {3, 5, 2, 4}, true, true, false, 0, 1},
+    {true, "5CLR", "XYZ ", {2, 3, 2, 4, 2}},
+    {true, "RGB ", "XYZ ", {4, 3, 2}, false, false},
+    {true, "2CLR", "XYZ ", {}, false, true},  // one channel without a source
+    {true, "RGB ", "Lab ", {3, 3, 3}, false, true, true, 1},
+    {false, "XYZ ", "RGB ", {3, 5, 4}, true, true, true, 1},
+};
+
+// Rising tables of different lengths.
+std::vector<Samples> curves(size_t channels) {
+    const uint32_t entries[] = {2, 17, 700, 5, 33};
+    std::vector<Samples> set(channels);
+    for (size_t c = 0; c < channels; ++c) {
+        SeededRandom random(entries[c]);
+        for (uint32_t v = 300; set[c].size() < entries[c]; v += random.upTo(60000 / entries[c]))
+            set[c].push_back(static_cast<uint16_t>(v));
     }
-    return {curveTag(t), [t](double x) {
-                const double p = x * double(t.size() - 1);
-                const auto k = std::min(static_cast<size_t>(p), t.size() - 2);
-                return t[k] + (double(t[k + 1]) - t[k]) * (p - double(k));
-            }};
-}
-
-TestCurve parametricCurve(uint32_t function, std::vector<double> p) {
-    const auto value = [=](double x) { return parametric(function, p, x, 65535, 65535); };
-    return {parametricTag(function, p),
-            [=](double x) { return std::clamp(value(x), 0.0, 65535.0); }};
-}
-
-// The sets that the cases name by a letter.
-const std::map<char, std::vector<TestCurve>> kCurveSets = {
-    {'-', {}},
-    {'s', {sampled(2, 1), sampled(17, 2), sampled(700, 3), sampled(5, 4), sampled(33, 5)}},
-    {'l', {sampled(1024, 1), sampled(1024, 2), sampled(1024, 3)}},
-    {'k', {sampled(16, 1), sampled(16, 2), sampled(16, 3)}},
-    {'g',
-     {{curveTag({461}), [](double x) { return 65535 * std::pow(x, 461 / 256.0); }},
-      {curveTag({}), [](double x) { return 65535 * x; }},
-      parametricCurve(4, {1.5, 0.75, 0.25, 0.5, 0.25, -0.125, 0.0625})}},
-    {'p',
-     {parametricCurve(1, {2, 1.25, -0.25}), parametricCurve(2, {2, 1, -0.5, 0.0625}),
-      parametricCurve(3, {2, 0.9375, 0.0625, 0.25, 0.125})}},
-};
-
-std::vector<TestCurve> curveSet(char kind, size_t n) {
-    std::vector<TestCurve> set = kCurveSets.at(kind);
-    set.resize(std::min(n, set.size()));
     return set;
 }
 
-std::vector<Bytes> tagsOf(const std::vector<TestCurve>& set) {
+std::vector<Bytes> tagsOf(const std::vector<Samples>& set) {
     std::vector<Bytes> tags;
-    for (const TestCurve& c : set)
-        tags.push_back(c.tag);
+    for (const Samples& table : set)
+        tags.push_back(curveTag(table));
     return tags;
 }
 
-std::vector<ReferenceLut::Table> tablesOf(const std::vector<TestCurve>& set, int entries = 4096) {
+// What the library reads from them: tables of one length.
+std::vector<ReferenceLut::Table> tablesOf(const std::vector<Samples>& set) {
+    constexpr int kEntries = 4096;
     std::vector<ReferenceLut::Table> tables(set.size());
     for (size_t c = 0; c < set.size(); ++c) {
-        for (int i = 0; i < entries; ++i) {
-            tables[c].push_back(float(std::floor(set[c].value(double(i) / (entries - 1)) + 0.5)));
+        for (int i = 0; i < kEntries; ++i) {
+            const double p = double(i) / (kEntries - 1) * double(set[c].size() - 1);
+            const auto k = std::min(static_cast<size_t>(p), set[c].size() - 2);
+            const double rise = set[c][k + 1] - set[c][k];
+            tables[c].push_back(float(std::floor(set[c][k] + rise * (p - double(k)) + 0.5)));
         }
     }
     return tables;
 }
 
-// L* 0..100 of a version 4 table ends at 65535, that of the samples at 65280.
-ReferenceLut::Table forLegacyInput(const ReferenceLut::Table& t) {
-    ReferenceLut::Table out;
-    const int n = std::max(static_cast<int>(t.size()), 257);
-    for (int i = 0; i < n; ++i) {
-        const float x = std::min(1.0f, float(i) / float(n - 1) * 1.0039063f);
-        out.push_back(std::floor(lookup(t, x * float(t.size() - 1)) + 0.5f));
-    }
-    return out;
-}
-
-struct Case {
-    const char* name;
-    bool toB;
-    const char *in, *out;
-    std::vector<uint8_t> grid;
-    char first = '-', last = '-';  // A and B curves of 'mAB ', B and A curves of 'mBA '
-    bool matrixAndMCurves = false;
-    int tolerance = 0;  // where curves of the reference come from double precision
-    uint32_t precision = 2;
-    int ownEntries = 4096;  // of curves that keep their entries
-};
-
-const Case kCases[] = {
-    {"UnequalGrid", true, "RGB ", "XYZ ", {5, 2, 9}, 's', 's'},
-    {"UnequalGrid8", true, "RGB ", "XYZ ", {5, 2, 9}, 's', 's', false, 0, 1},
-    {"UnequalGridOfFour", true, "CMYK", "XYZ ", {3, 5, 2, 4}, 's', 's'},
-    {"UnequalGridOfFour8", true, "CMYK", "XYZ ", {3, 5, 2, 4}, 's', 's', false, 0, 1},
-    {"UnequalGridOfFive", true, "5CLR", "XYZ ", {2, 3, 2, 4, 2}, 's', 's'},
-    {"AppliesWhatFollowsTheGrid", true, "RGB ", "XYZ ", {3, 3, 3}, '-', 's', true},
-    {"GridAlone", true, "RGB ", "XYZ ", {4, 3, 2}},
-    {"CurvesAlone", true, "RGB ", "XYZ ", {}, '-', 's'},
-    {"ChannelsWithoutSource", true, "2CLR", "XYZ ", {}, '-', 's'},
-    {"LabOutput", true, "RGB ", "Lab ", {3, 3, 3}, '-', 's', false, 1},
-    {"LabOutputWithoutCurves", true, "RGB ", "Lab ", {3, 3, 3}, '-', '-', false, 1},
-    {"MatrixAndMCurves", false, "XYZ ", "RGB ", {3, 5, 4}, 's', 's', true, 1},
-    {"LabInputLong", false, "Lab ", "RGB ", {5, 4, 3}, 'l', '-', false, 0, 2, 1024},
-    {"LabInputShort", false, "Lab ", "RGB ", {5, 4, 3}, 'k', '-', false, 0, 2, 16},
-    {"LabInputMixed", false, "Lab ", "RGB ", {5, 4, 3}, 's', '-', false, 1},
-    {"GammaAndParametric", false, "XYZ ", "RGB ", {2, 2, 2}, 'g', 'p', false, 2},
-};
-
-class LutAB : public testing::TestWithParam<Case> {};
-
-TEST_P(LutAB, StraysFromTheReference) {
-    const Case& c = GetParam();
-    const bool inLab = c.in == std::string("Lab "), outLab = c.out == std::string("Lab ");
+void expectReference(const Case& c) {
+    SCOPED_TRACE(std::string(c.in) + c.out);
+    const bool outLab = c.out == std::string("Lab ");
     LutABContent content;
     ReferenceLut reference;
     reference.inIsPcs = !c.toB, reference.outIsPcs = c.toB;
     content.inputs = c.in[0] == 'C' ? 4 : c.in[0] == '5' ? 5 : c.in[0] == '2' ? 2 : 3;
     reference.inputs = content.inputs;
-    const auto first = curveSet(c.first, content.inputs), last = curveSet(c.last, 3);
+    const auto first = curves(c.first ? content.inputs : 0), last = curves(c.last ? 3 : 0);
     (c.toB ? content.aCurves : content.bCurves) = tagsOf(first);
     (c.toB ? content.bCurves : content.aCurves) = tagsOf(last);
-    reference.first = tablesOf(first, c.ownEntries);
+    reference.first = tablesOf(first);
     reference.last = tablesOf(last);
     if (c.matrixAndMCurves) {
-        const auto m = curveSet('s', 3);
+        const auto m = curves(3);
         content.mCurves = tagsOf(m);
         content.matrix = {0.75,  0.125, -0.125, 0.25,   0.875,  0.125,
                           -0.25, 0.125, 1.125,  0.0625, -0.125, 0};
@@ -157,10 +103,6 @@ TEST_P(LutAB, StraysFromTheReference) {
     for (const uint16_t v : content.clut)
         reference.clut.push_back(c.precision == 1 ? v >> 8 : v);
     reference.clutMax = c.precision == 1 ? 255 : 65535;
-    for (auto& t : reference.first) {
-        if (inLab) t = forLegacyInput(t);
-    }
-    if (outLab && reference.last.empty()) reference.last.assign(3, {0, 65535});
     for (auto& t : reference.last) {
         for (float& v : t)
             v = outLab ? std::floor(v * 65280 / 65535 + 0.5f) : v;
@@ -175,14 +117,16 @@ TEST_P(LutAB, StraysFromTheReference) {
     EXPECT_LE(
         largestDifference(converted(xform.get(), pixels, 16, 8), reference.convert(pixels, 16, 8)),
         c.tolerance > 0);
-    if (!c.toB || c.first == '-') return;
+    if (!c.toB || !c.first) return;
     for (uint16_t& v : pixels)
         v = v >> 8;  // input curves take the samples of either depth
     EXPECT_EQ(converted(xform.get(), pixels, 8, 16), reference.convert(pixels, 8, 16));
 }
 
-INSTANTIATE_TEST_SUITE_P(Tags, LutAB, testing::ValuesIn(kCases),
-                         [](const auto& c) { return c.param.name; });
+TEST(LutAB, StraysFromTheReference) {
+    for (const Case& c : kCases)
+        expectReference(c);
+}
 
 }  // namespace
 }  // namespace lumoxa_test

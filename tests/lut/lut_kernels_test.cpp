@@ -18,26 +18,14 @@ struct Shape {
     std::string inSpace, outSpace;
 };
 
-std::vector<Shape> allShapes() {
-    const std::pair<uint32_t, const char*> in[] = {
-        {1, "GRAY"}, {2, "2CLR"}, {3, "RGB "}, {3, "Lab "}, {3, "XYZ "}, {4, "CMYK"}, {5, "5CLR"}};
-    const std::pair<uint32_t, const char*> out[] = {
-        {1, "GRAY"}, {3, "RGB "}, {3, "Lab "}, {3, "XYZ "}, {4, "CMYK"}};
-    std::vector<Shape> shapes;
-    for (const auto& [inputs, inSpace] : in) {
-        for (const auto& [outputs, outSpace] : out) {
-            for (const bool lut8 : {true, false}) {
-                shapes.push_back({lut8, inputs, outputs, inSpace, outSpace});
-            }
-        }
-    }
-    return shapes;
-}
-
-std::string nameOf(const testing::TestParamInfo<Shape>& shape) {
-    const Shape& s = shape.param;
-    return (s.lut8 ? "lut8_" : "lut16_") + s.inSpace.substr(0, 3) + "_" + s.outSpace.substr(0, 3);
-}
+// Each number of inputs and outputs, and the connection spaces on either side.
+const Shape kShapes[] = {
+    {true, 1, 3, "GRAY", "Lab "},  {false, 1, 4, "GRAY", "CMYK"}, {true, 2, 1, "2CLR", "GRAY"},
+    {false, 2, 3, "2CLR", "XYZ "}, {true, 3, 3, "RGB ", "Lab "},  {false, 3, 3, "RGB ", "RGB "},
+    {true, 3, 4, "Lab ", "CMYK"},  {false, 3, 3, "Lab ", "XYZ "}, {true, 3, 3, "XYZ ", "RGB "},
+    {false, 3, 3, "XYZ ", "Lab "}, {true, 4, 3, "CMYK", "XYZ "},  {false, 4, 3, "CMYK", "Lab "},
+    {true, 4, 4, "CMYK", "CMYK"},  {false, 3, 1, "RGB ", "GRAY"}, {false, 5, 3, "5CLR", "Lab "},
+    {true, 5, 4, "5CLR", "CMYK"}};
 
 LutContent randomContent(const Shape& s, SeededRandom& random) {
     LutContent c;
@@ -66,25 +54,24 @@ Samples probes(const Shape& s, int bits, SeededRandom& random) {
     return pixels;
 }
 
-class LutKernels : public testing::TestWithParam<Shape> {};
-
-TEST_P(LutKernels, StrayFromTheReference) {
-    const Shape& s = GetParam();
-    SeededRandom random(s.inputs * 100 + s.outputs * 10 + s.lut8);
-    const LutContent content = randomContent(s, random);
-    const ReferenceLut reference = ReferenceLut::of(content, s.lut8, s.inSpace, s.outSpace);
-    const Bytes tag = s.lut8 ? lut8Tag(content) : lut16Tag(content);
-    const OwnedXform xform = requested(lutProfile(tag, s.inSpace, s.outSpace), 0, icDeviceToPcs);
-    for (const int in : {8, 16}) {
-        for (const int out : {8, 16}) {
-            const Samples pixels = probes(s, in, random);
-            EXPECT_EQ(converted(xform.get(), pixels, in, out), reference.convert(pixels, in, out))
-                << in << " to " << out << " bits";
+TEST(LutKernels, StrayFromTheReference) {
+    for (const Shape& s : kShapes) {
+        SeededRandom random(s.inputs * 100 + s.outputs * 10 + s.lut8);
+        const LutContent content = randomContent(s, random);
+        const ReferenceLut reference = ReferenceLut::of(content, s.lut8, s.inSpace, s.outSpace);
+        const Bytes tag = s.lut8 ? lut8Tag(content) : lut16Tag(content);
+        const OwnedXform xform =
+            requested(lutProfile(tag, s.inSpace, s.outSpace), 0, icDeviceToPcs);
+        for (const int in : {8, 16}) {
+            for (const int out : {8, 16}) {
+                const Samples pixels = probes(s, in, random);
+                EXPECT_EQ(converted(xform.get(), pixels, in, out),
+                          reference.convert(pixels, in, out))
+                    << s.inSpace << in << " to " << s.outSpace << out << " bits";
+            }
         }
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(Shapes, LutKernels, testing::ValuesIn(allShapes()), nameOf);
 
 // Samples above 0xFF00 lie beyond the end of a lut8 table for Lab. Wherever its last segment leads,
 // the grid must not be read outside.
