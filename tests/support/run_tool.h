@@ -48,6 +48,26 @@ inline Samples numbers(const std::string& text) {
     return samples;
 }
 
+inline std::string letters(const Bytes& bytes, size_t at) {
+    return {bytes.begin() + static_cast<long>(at), bytes.begin() + static_cast<long>(at) + 4};
+}
+
+inline uint32_t number(const Bytes& bytes, size_t at) {
+    return signature(letters(bytes, at));
+}
+
+/// The tags of a profile by their names.
+using Tags = std::vector<std::pair<std::string, Bytes>>;
+
+inline Tags tagsOf(const Bytes& profile) {
+    Tags tags;
+    for (size_t at = 132; at < 132 + 12 * size_t{number(profile, 128)}; at += 12) {
+        const auto first = profile.begin() + number(profile, at + 4);
+        tags.emplace_back(letters(profile, at), Bytes(first, first + number(profile, at + 8)));
+    }
+    return tags;
+}
+
 struct Picture {
     int bands = 0;
     VipsBandFormat format = VIPS_FORMAT_NOTSET;
@@ -82,6 +102,12 @@ class ToolRun : public testing::Test {
     std::string text(const std::string& name) const {
         const Bytes all = bytes(name);
         return {all.begin(), all.end()};
+    }
+    Bytes tag(const std::string& signature, const std::string& file = "out.icc") const {
+        for (const auto& [name, data] : tagsOf(bytes(file))) {
+            if (name == signature) return data;
+        }
+        return {};
     }
     // Files that the tool has not finished.
     int leftovers() const {

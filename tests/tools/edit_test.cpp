@@ -7,33 +7,8 @@ namespace {
 
 using namespace lumoxa_test;
 
-using Tags = std::vector<std::pair<std::string, Bytes>>;
-
-std::string letters(const Bytes& bytes, size_t at) {
-    return {bytes.begin() + static_cast<long>(at), bytes.begin() + static_cast<long>(at) + 4};
-}
-
-uint32_t number(const Bytes& bytes, size_t at) {
-    return signature(letters(bytes, at));
-}
-
-Tags tagsOf(const Bytes& profile) {
-    Tags tags;
-    for (size_t at = 132; at < 132 + 12 * size_t{number(profile, 128)}; at += 12) {
-        const auto first = profile.begin() + number(profile, at + 4);
-        tags.emplace_back(letters(profile, at), Bytes(first, first + number(profile, at + 8)));
-    }
-    return tags;
-}
-
 class ToolEdit : public ToolRun {
   protected:
-    Bytes tag(const std::string& signature, const std::string& file = "out.icc") const {
-        for (const auto& [name, data] : tagsOf(bytes(file))) {
-            if (name == signature) return data;
-        }
-        return {};
-    }
     // The coordinates of an 'XYZ ' or 'sf32' tag.
     std::vector<double> fixed(const std::string& signature) const {
         const Bytes bytes = tag(signature);
