@@ -3,7 +3,9 @@
 // Kernels on states that callers make by hand and that no profile leads to.
 #include <gtest/gtest.h>
 
+#include "eval/flare.h"
 #include "lumoxa/gray.h"
+#include "tests/support/seeded_random.h"
 #include "tests/support/xforms.h"
 #include "xform/xform_object.h"
 
@@ -46,6 +48,18 @@ TEST(HandMadeStates, ReadGrayTablesThatAreNotThereOrClipWhatWraps) {
         state.inEntries = 2, state.built = 1;
         EXPECT_EQ(converted(xform.get(), {99, 0, 0}, 8, 8), Samples(3, uint16_t(sample))) << value;
     }
+}
+
+TEST(HandMadeStates, ReadTheFlareOfAnotherChannel) {
+    constexpr uint32_t kChannels = 4;
+    SeededRandom random(1);
+    const Samples tables = random.samples(kChannels * lumoxa::kFlareTableSize);
+    const Samples in = random.samples(kChannels * 101);
+    const auto state = lumoxa::makeFlare(kChannels, tables.data());
+    Samples out(in.size());
+    lumoxa::convertFlare(state.get(), in.data(), out.data(), 101);
+    for (size_t i = 0; i < in.size(); ++i)
+        EXPECT_EQ(out[i], tables[i % kChannels * lumoxa::kFlareTableSize + in[i]]) << i;
 }
 
 }  // namespace

@@ -38,8 +38,6 @@ TEST(XformRequest, PicksAnotherTag) {
                     requested(profile, intent, toPcs ? icDeviceToPcs : icPcsToDevice);
                 const icXformDesc_t d = described(xform.get());
                 EXPECT_EQ(d.intent, intent);
-                EXPECT_EQ(d.inSpace, fourcc(toPcs ? "RGB " : "XYZ "));
-                EXPECT_EQ(d.outSpace, fourcc(toPcs ? "XYZ " : "RGB "));
                 EXPECT_EQ(d.kind, fourcc(present ? "mft2" : toPcs ? "TrcM" : "MatT"));
                 if (present) {
                     EXPECT_EQ(converted(xform.get(), {9, 9, 9})[0], 1000 + expected)
@@ -58,7 +56,6 @@ TEST(XformRequest, ConvertsWithoutGamutTagOrDirection) {
     EXPECT_EQ(described(requested(profile, 0, icGamutTest).get()).outSpace, fourcc("GRAY"));
     profile.addTag("gamt", constantLut(3, 77));
     const OwnedXform gamut = requested(profile, 0, icGamutTest);
-    EXPECT_EQ(described(gamut.get()).inSpace, fourcc("XYZ "));
     EXPECT_EQ(described(gamut.get()).outSpace, fourcc("GRAY"));
     EXPECT_EQ(converted(gamut.get(), {1, 2, 3})[0], 77);
 }
