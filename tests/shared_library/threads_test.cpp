@@ -9,11 +9,6 @@
 namespace lumoxa_test {
 namespace {
 
-Bytes gridProfile(uint32_t inputs) {
-    const Samples clut = SeededRandom(inputs).samples(power(5, inputs) * 3);
-    return lutProfile(gridTag(inputs, 3, 5, clut), inputs == 3 ? "RGB " : "CMYK", "RGB ").image();
-}
-
 OwnedXform made(const OwnedProfile& profile) {
     icXform_t xform = nullptr;
     EXPECT_EQ(icXformGet(profile.get(), icPerceptual, icDeviceToPcs, &xform), 0);
@@ -22,28 +17,28 @@ OwnedXform made(const OwnedProfile& profile) {
 
 // One profile, the transform that all threads share, what it makes of some pixels.
 struct Conversion {
-    explicit Conversion(const Bytes& image, uint32_t inputs) : profile(loaded(image)) {
-        pixels = SeededRandom(7).samples(size_t{20000} * inputs);
-        expected = converted(shared.get(), pixels);
-    }
     OwnedProfile profile;
     OwnedXform shared = made(profile);
-    Samples pixels, expected;
+    Samples pixels = SeededRandom(7).samples(size_t{20000} * described(shared.get()).inChannels);
+    Samples expected = converted(shared.get(), pixels);
 };
 
 // Every thread converts through the shared transform and through one that it makes itself, and
 // the library divides each conversion over threads of its own.
 TEST(Threads, DisturbEachOther) {
-    std::vector<Conversion> conversions;
-    conversions.emplace_back(rgbProfile({curveTag({563})}, "mntr").image(), 3);
-    conversions.emplace_back(gridProfile(3), 3);
-    conversions.emplace_back(gridProfile(4), 4);
-    constexpr size_t kThreadsOfEach = 2, kRounds = 3;
-    std::vector<std::vector<Samples>> results(kThreadsOfEach * conversions.size());
+    const Samples clut = SeededRandom(4).samples(power(5, 4) * 3);
+    const ProfileBytes press = lutProfile(gridTag(4, 3, 5, clut), "CMYK", "RGB "),
+                       scanner = lutProfile(gridTag(3, 3, 5, {clut.begin(), clut.begin() + 375}),
+                                            "RGB ", "RGB ");
+    const Conversion conversions[] = {{loaded(rgbProfile({curveTag({563})}, "mntr").image())},
+                                      {loaded(scanner.image())},
+                                      {loaded(press.image())}};
+    constexpr size_t kThreadsOfEach = 2, kRounds = 3, kKinds = std::size(conversions);
+    std::vector<std::vector<Samples>> results(kThreadsOfEach * kKinds);
     std::vector<std::thread> threads;
     for (std::vector<Samples>& result : results) {
         const auto index = static_cast<size_t>(&result - results.data());
-        const Conversion& c = conversions[index % conversions.size()];
+        const Conversion& c = conversions[index % kKinds];
         threads.emplace_back([&result, &c] {
             for (size_t round = 0; round < kRounds; ++round) {
                 result.push_back(converted(c.shared.get(), c.pixels));
@@ -54,7 +49,7 @@ TEST(Threads, DisturbEachOther) {
     for (std::thread& thread : threads)
         thread.join();
     for (size_t i = 0; i < results.size(); ++i) {
-        const std::vector<Samples> same(2 * kRounds, conversions[i % conversions.size()].expected);
+        const std::vector<Samples> same(2 * kRounds, conversions[i % kKinds].expected);
         EXPECT_TRUE(results[i] == same) << i;
     }
 }
