@@ -15,7 +15,6 @@
 
 namespace {
 
-using lumoxa::fourcc;
 using namespace lumoxa_test;
 
 TEST(ProfileObject, CreatedProfileHasItsDefaultsAndOneTag) {
