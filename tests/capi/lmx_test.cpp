@@ -168,8 +168,8 @@ TEST_F(LmxTest, TakesNullOrGarbageForArguments) {
     lmx_transform_info info;
     lmx_pixel_layout layout = {LMX_SAMPLES_8, 1, 1, 1, 3, 3, 3, {sample}}, empty = layout;
     empty.channel_data[0] = nullptr;
-    lmx_profile* profile;
-    lmx_transform* made;
+    lmx_profile* profile = p;
+    lmx_transform* made = t;
     int32_t link = 0;
     const struct {
         int32_t code;
@@ -184,9 +184,12 @@ TEST_F(LmxTest, TakesNullOrGarbageForArguments) {
         {503, [&] { return lmx_profile_description(nullptr, text, sizeof text); }},
         {509, [&] { return lmx_profile_description(p, text, 0); }},
         {503, [&] { return lmx_profile_get_header(nullptr, &header); }},
+        {503, [&] { return lmx_profile_get_header(p, nullptr); }},
+        {503, [&] { return lmx_profile_set_header(p, nullptr); }},
         {503, [&] { return lmx_profile_set_header(nullptr, &header); }},
         {503, [&] { return lmx_profile_set_header(p, &header); }},
         {503, [&] { return lmx_profile_set_description(nullptr, "text"); }},
+        {503, [&] { return lmx_profile_set_description(p, nullptr); }},
         {520, [&] { return lmx_profile_add_tag(p, 1, nullptr, 4); }},
         {503, [&] { return lmx_profile_store(nullptr, 0, 1, t); }},
         {507, [&] { return lmx_profile_store(p, 0, 1, t); }},  // curves and a matrix
@@ -197,12 +200,14 @@ TEST_F(LmxTest, TakesNullOrGarbageForArguments) {
         {503, [&] { return lmx_transform_get(nullptr, 1, 1, &made); }},
         {503, [&] { return lmx_transform_get(p, 1, 1, nullptr); }},
         {503, [&] { return lmx_transform_describe(nullptr, &info); }},
+        {503, [&] { return lmx_transform_describe(t, nullptr); }},
         {503, [&] { return lmx_combine(2, nullptr, 0, &made, nullptr, nullptr, nullptr); }},
         {503, [&] { return lmx_combine(2, chain, 0, nullptr, nullptr, nullptr, nullptr); }},
         {503, [&] { return lmx_combine(2, holed, 0, &made, &link, nullptr, nullptr); }},
         {507, [&] { return lmx_combine(2, backwards, 0, &made, &link, nullptr, nullptr); }},
         {503, [&] { return lmx_evaluate(nullptr, &layout, &layout, nullptr, nullptr); }},
         {503, [&] { return lmx_evaluate(t, nullptr, &layout, nullptr, nullptr); }},
+        {503, [&] { return lmx_evaluate(t, &layout, nullptr, nullptr, nullptr); }},
         {503, [&] { return lmx_evaluate(t, &layout, &empty, nullptr, nullptr); }},
         {503, [&] { return lmx_evaluate_packed(t, nullptr, 1, sample, 5, 1); }},
         {0, [&] { return lmx_evaluate_packed(t, sample, 1, sample, 5, -1); }},
@@ -210,6 +215,8 @@ TEST_F(LmxTest, TakesNullOrGarbageForArguments) {
     for (size_t i = 0; i < std::size(cases); ++i)
         EXPECT_EQ(cases[i].call(), cases[i].code) << "case " << i;
     EXPECT_EQ(link, 1);
+    EXPECT_EQ(profile, nullptr);
+    EXPECT_EQ(made, nullptr);
     lmx_profile_free(nullptr);
     lmx_transform_hold(nullptr);
     lmx_transform_free(nullptr);
