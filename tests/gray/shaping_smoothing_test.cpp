@@ -44,6 +44,18 @@ TEST(Shaping, HasASteepOrFlatOrBrokenMiddle) {
     }
 }
 
+// At either end of these parameters the cubics start level or upright.
+TEST(Shaping, TurnsBackOnABlackOfNothing) {
+    for (int halves = -16; halves <= 16; ++halves) {
+        double before = 0;
+        for (int i = 0; i <= 20000; ++i) {
+            const double tone = lumoxa::shapedTone(0, i / 20000.0, halves / 2.0);
+            ASSERT_GE(tone, before) << halves << ' ' << i;
+            before = tone;
+        }
+    }
+}
+
 TEST(Smoothing, BendsLinesOrMovesEnds) {
     for (const size_t entries : {69U, 137U, 3841U}) {
         for (const auto& [first, last] : {std::pair{0, 65535}, {65535, 0}, {777, 777}}) {
