@@ -2,6 +2,7 @@
 #include "eval/lab_xyz.h"
 
 #include <algorithm>
+#include <array>
 
 #include "eval/kernel.h"
 #include "profile/pcs_encoding.h"
@@ -37,27 +38,38 @@ uint16_t fOfSample(int sample, float reciprocalWhite) {
     return kFOne;  // brighter than the white counts as the white
 }
 
-uint16_t sampleOfF(int f, uint16_t white) {
+/// What the three channels' tables hold at one place.
+using TableRow = std::array<uint16_t, 3>;
+
+/// The power is the same for all channels, and nearly all that an entry costs.
+TableRow samplesOfF(int f, const uint16_t* white) {
+    TableRow row;
     if (f < kLinearBelowF) {
         const float t =
             std::max(0.0f, (static_cast<float>(f) / kFScale - kCieLinearOffset) / kCieLinearSlope);
-        return static_cast<uint16_t>(truncated(t * static_cast<float>(white) + 0.5f));
-    }
-    if (f <= kFOne) {
+        std::transform(white, white + 3, row.begin(), [t](uint16_t w) {
+            return static_cast<uint16_t>(truncated(t * static_cast<float>(w) + 0.5f));
+        });
+    } else if (f <= kFOne) {
         const double t = power(f / 65280.0, 3.0);
-        return static_cast<uint16_t>(truncated(t * white + 0.5));
+        std::transform(white, white + 3, row.begin(),
+                       [t](uint16_t w) { return static_cast<uint16_t>(truncated(t * w + 0.5)); });
+    } else {
+        std::copy_n(white, 3, row.begin());
     }
-    return white;
+    return row;
 }
 
-/// One block of three tables, entry i of channel c being entry(i, c), and the pointers into it.
-template <class Entry>
-std::unique_ptr<uint16_t[]> makeTables(uint16_t* (&tables)[3], Entry entry) {
+/// One block of three tables, whose entries i are row(i), and the pointers into it.
+template <class Row>
+std::unique_ptr<uint16_t[]> makeTables(uint16_t* (&tables)[3], Row row) {
     auto block = std::make_unique<uint16_t[]>(size_t{3} * kTableSize);
-    for (int c = 0; c < 3; ++c) {
+    for (int c = 0; c < 3; ++c)
         tables[c] = block.get() + static_cast<ptrdiff_t>(c) * kTableSize;
-        for (int i = 0; i < kTableSize; ++i)
-            tables[c][i] = entry(i, c);
+    for (int i = 0; i < kTableSize; ++i) {
+        const TableRow entries = row(i);
+        for (size_t c = 0; c < 3; ++c)
+            tables[c][i] = entries[c];
     }
     return block;
 }
@@ -104,8 +116,10 @@ std::unique_ptr<XyzToLabState> makeXyzToLab(const uint16_t* white) {
     const float reciprocal[3] = {1.0f / static_cast<float>(white[0]),
                                  1.0f / static_cast<float>(white[1]),
                                  1.0f / static_cast<float>(white[2])};
-    state->tables =
-        makeTables(state->fTable, [&](int i, int c) { return fOfSample(i, reciprocal[c]); });
+    state->tables = makeTables(state->fTable, [&reciprocal](int i) {
+        return TableRow{fOfSample(i, reciprocal[0]), fOfSample(i, reciprocal[1]),
+                        fOfSample(i, reciprocal[2])};
+    });
     return state;
 }
 
@@ -114,8 +128,7 @@ std::unique_ptr<LabToXyzState> makeLabToXyz(const uint16_t* white, bool fullScal
     std::copy_n(white, 3, state->white);
     state->lOffset = fullScaleL ? kLOffsetFullScale : kLOffset;
     state->lScale = fullScaleL ? kFPerLFullScale : kFPerL;
-    state->tables =
-        makeTables(state->xyzTable, [&](int i, int c) { return sampleOfF(i, white[c]); });
+    state->tables = makeTables(state->xyzTable, [white](int i) { return samplesOfF(i, white); });
     return state;
 }
 
