@@ -63,10 +63,10 @@ int writeNumber(int size, char* buffer, int code) {
 
 }  // namespace
 
-int formatErrorText(int code, int size, char* buffer, ErrorTextLookUp lookUp) {
+int formatErrorText(int code, int size, char* buffer) {
     if (buffer == nullptr) return icErrInvalid;
     std::array<char, kErrorTextBytes> text;
-    const int length = lookUp(code, text.data(), kErrorTextBytes);
+    const int length = lookUpErrorText(code, text.data(), kErrorTextBytes);
     return length > 0 ? writeDescription(size, buffer, {text.data(), static_cast<size_t>(length)})
                       : writeNumber(size, buffer, code);
 }

@@ -12,11 +12,9 @@ namespace lumoxa {
 inline constexpr int kErrorTextBytes = 1024;
 
 /// Writes the description of `code` into `text`, NUL-terminated and cut to `size` bytes. Returns
-/// its length, 0 when there is none.
-using ErrorTextLookUp = int (*)(int code, char* text, int size);
-
-/// The look-up of the library: the string table of its module in the Windows DLL, a compiled-in
-/// table elsewhere. Both are empty; translations can be added without touching the code.
+/// its length, 0 when there is none. It comes from the string table of the module in the Windows
+/// DLL, from a compiled-in table elsewhere. Both are empty; translations can be added without
+/// touching the code.
 int lookUpErrorText(int code, char* text, int size);
 
 /// An entry of the compiled-in table.
@@ -29,7 +27,7 @@ struct ErrorText {
 /// own.
 std::span<const ErrorText> compiledErrorTexts();
 
-/// The body of icGetErrorText, with the look-up to use.
-int formatErrorText(int code, int size, char* buffer, ErrorTextLookUp lookUp);
+/// The body of icGetErrorText.
+int formatErrorText(int code, int size, char* buffer);
 
 }  // namespace lumoxa

@@ -23,7 +23,7 @@ int icTermThread(icCallerId_t) {
 }
 
 int icGetErrorText(int code, int size, char* buffer) {
-    return lumoxa::formatErrorText(code, size, buffer, lumoxa::lookUpErrorText);
+    return lumoxa::formatErrorText(code, size, buffer);
 }
 
 int icGetInfo(icDBInfo_s* info, int size) {
