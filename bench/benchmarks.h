@@ -10,6 +10,10 @@ void registerBuildBenchmarks();
 /// Time a pixel of every kernel family, at every pair of depths it converts.
 void registerEvaluateBenchmarks();
 
+/// Conversions of the accurate engine, with black point compensation: time from profile images to
+/// a ready conversion, and time a pixel on one thread.
+void registerEngineBenchmarks();
+
 /// Measures how much longer a picture takes in lines than in one run, in 16 bits without a
 /// callback, for the kernels that share their work out to threads; prints each ratio.
 ///

@@ -120,7 +120,7 @@ void addConnectionSpaceKernel(const std::string& name, icXformInternal* made, Ke
     for (Content content : {Content::Photo, Content::Noise}) {
         const Job job{name, content, 16, 16, 3};
         add(job, kOurs, [xform, kernel](const void* source, void* destination, uint32_t pixels) {
-            kernel(xform->state, static_cast<const unsigned short*>(source),
+            kernel(xform->state.get(), static_cast<const unsigned short*>(source),
                    static_cast<unsigned short*>(destination), static_cast<int>(pixels));
         });
         if (peer) add(job, kTheirs, peer);

@@ -21,6 +21,7 @@ int run(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
     lumoxa_bench::registerBuildBenchmarks();
     lumoxa_bench::registerEvaluateBenchmarks();
+    lumoxa_bench::registerEngineBenchmarks();
     lumoxa_bench::RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();

@@ -28,17 +28,16 @@ cmsUInt32Number pixelFormat(cmsColorSpaceSignature space, int bits) {
     const auto bytes = static_cast<cmsUInt32Number>(bits / 8);
     const int pixelType =
         space == cmsSigLabData && bits == 16 ? PT_LabV2 : _cmsLCMScolorSpace(space);
-    return COLORSPACE_SH(static_cast<cmsUInt32Number>(pixelType)) |
+    return FLOAT_SH(bits == 32 ? 1U : 0U) | COLORSPACE_SH(static_cast<cmsUInt32Number>(pixelType)) |
            CHANNELS_SH(cmsChannelsOf(space)) | BYTES_SH(bytes);
 }
 
 PeerConvert convertBetween(const PeerProfile& from, const PeerProfile& to, int inBits, int outBits,
-                           PeerMode mode) {
+                           cmsUInt32Number flags) {
     const std::shared_ptr<void> transform(
         cmsCreateTransform(from.get(), pixelFormat(cmsGetColorSpace(from.get()), inBits), to.get(),
                            pixelFormat(cmsGetColorSpace(to.get()), outBits),
-                           INTENT_RELATIVE_COLORIMETRIC,
-                           mode == PeerMode::Unoptimized ? cmsFLAGS_NOOPTIMIZE : 0),
+                           INTENT_RELATIVE_COLORIMETRIC, flags),
         [](void* handle) {
             if (handle != nullptr) cmsDeleteTransform(handle);
         });
@@ -57,17 +56,22 @@ PeerConvert makePeer(const Conversion& conversion, int inBits, int outBits, Peer
     PeerProfile to = open(*last.profile);
     if (first.direction == icPcsToDevice) from = connectionSpace(cmsGetPCS(to.get()));
     if (last.direction == icDeviceToPcs) to = connectionSpace(cmsGetPCS(from.get()));
-    return convertBetween(from, to, inBits, outBits, mode);
+    return convertBetween(from, to, inBits, outBits,
+                          mode == PeerMode::Unoptimized ? cmsFLAGS_NOOPTIMIZE : 0);
+}
+
+PeerConvert makeCompensatingPeer(const Bytes& from, const Bytes& to, int bits) {
+    return convertBetween(open(from), open(to), bits, bits, cmsFLAGS_BLACKPOINTCOMPENSATION);
 }
 
 PeerConvert makePeerLabToXyz() {
     return convertBetween(connectionSpace(cmsSigLabData), connectionSpace(cmsSigXYZData), 16, 16,
-                          PeerMode::Default);
+                          0);
 }
 
 PeerConvert makePeerXyzToLab() {
     return convertBetween(connectionSpace(cmsSigXYZData), connectionSpace(cmsSigLabData), 16, 16,
-                          PeerMode::Default);
+                          0);
 }
 
 bool peerLoads(const Bytes& image) {
@@ -81,6 +85,10 @@ bool peerLoads(const Bytes& image) {
 namespace lumoxa_bench {
 
 PeerConvert makePeer(const Conversion&, int, int, PeerMode) {
+    return {};
+}
+
+PeerConvert makeCompensatingPeer(const Bytes&, const Bytes&, int) {
     return {};
 }
 

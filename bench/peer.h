@@ -24,6 +24,10 @@ using PeerConvert = std::function<void(const void* source, void* destination, ui
 /// conversion.
 PeerConvert makePeer(const Conversion& conversion, int inBits, int outBits, PeerMode mode);
 
+/// From two profile images to a ready conversion of 8-, 16-bit or floating-point (32) pixels, with
+/// black point compensation.
+PeerConvert makeCompensatingPeer(const Bytes& from, const Bytes& to, int bits);
+
 /// Between the connection spaces themselves, 16 bits.
 PeerConvert makePeerLabToXyz();
 PeerConvert makePeerXyzToLab();

@@ -37,7 +37,7 @@ icPixelLayout_t packedRun(const void* data, int32_t type, int32_t pixels) {
 
 }  // namespace
 
-// --- The library --------------------------------------------------------------------------------
+// --- The library ---------------------------------------------------------------------------------
 
 int32_t lmx_abi_version(void) {
     return LMX_ABI_VERSION;
@@ -51,7 +51,7 @@ int32_t lmx_error_text(int32_t code, char* buffer, int32_t size) {
     return icGetErrorText(code, size, buffer);
 }
 
-// --- Profiles -----------------------------------------------------------------------------------
+// --- Profiles ------------------------------------------------------------------------------------
 
 int32_t lmx_profile_load(const void* image, uint64_t length, lmx_profile** out) {
     return icProfileLoadFromBuffer(nullptr, image, length, out);
@@ -113,7 +113,7 @@ int32_t lmx_profile_save(lmx_profile* profile, const char* path) {
     return code;
 }
 
-// --- Transforms ---------------------------------------------------------------------------------
+// --- Transforms ----------------------------------------------------------------------------------
 
 int32_t lmx_transform_get(lmx_profile* profile, uint32_t intent, uint32_t direction,
                           lmx_transform** out) {
@@ -144,7 +144,7 @@ int32_t lmx_combine(int32_t count, lmx_transform* const* chain, int32_t options,
                            0);
 }
 
-// --- Pixels -------------------------------------------------------------------------------------
+// --- Pixels --------------------------------------------------------------------------------------
 
 int32_t lmx_evaluate(lmx_transform* transform, const lmx_pixel_layout* source,
                      const lmx_pixel_layout* destination, lmx_progress progress, void* user) {

@@ -1,16 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "combine/black_white_stages.h"
-
+//
+// Stages between a perceptual rendering, whose L* runs from 0 to 100, and the range between the
+// black and the white of a device, kinds 'PtoR' and 'RtoP'.
 #include <algorithm>
 #include <array>
 #include <memory>
 
-#include "eval/kernel.h"
+#include "base/entry_guard.h"
+#include "base/pcs_encoding.h"
+#include "base/power.h"
+#include "eval/chain_kernels.h"
 #include "lumoxa/combine.h"
 #include "lumoxa/evaluate.h"
-#include "profile/entry_guard.h"
-#include "profile/pcs_encoding.h"
-#include "profile/power.h"
 #include "xform/xform_object.h"
 
 namespace lumoxa {
@@ -58,7 +59,7 @@ icPixelLayout_t twoPixels(uint16_t* samples, uint32_t channels) {
 
 /// What a device transform gives for all channels at 0 and all at 65535; null where that is no
 /// colour of a connection space.
-std::unique_ptr<icBlackWhite_t> findBlackWhite(const icXformInternal& xform) {
+std::shared_ptr<const icBlackWhite_t> findBlackWhite(const icXformInternal& xform) {
     constexpr uint32_t kLabChannels = 3;
     if (!isConnectionSpace(xform.outSpace) || xform.outChannels != kLabChannels) return nullptr;
     std::array<uint16_t, 2 * kMaxChannels> device = {};
@@ -75,16 +76,15 @@ std::unique_ptr<icBlackWhite_t> findBlackWhite(const icXformInternal& xform) {
         darker = labOfXyz(darker, xform.pcsWhite);
     }
     if (darker[0] > lighter[0]) std::swap(lighter, darker);
-    auto found = std::make_unique<icBlackWhite_t>();
-    found->refCount = 1;
+    auto found = std::make_shared<icBlackWhite_t>();
     std::copy(lighter.begin(), lighter.end(), found->white);
     std::copy(darker.begin(), darker.end(), found->black);
     return found;
 }
 
 /// Black and white of a transform, found when first asked for and kept with it.
-icBlackWhite_t* blackWhiteOf(icXformInternal& xform) {
-    if (xform.blackWhite == nullptr) xform.blackWhite = findBlackWhite(xform).release();
+const std::shared_ptr<const icBlackWhite_t>& blackWhiteOf(icXformInternal& xform) {
+    if (xform.blackWhite == nullptr) xform.blackWhite = findBlackWhite(xform);
     return xform.blackWhite;
 }
 
@@ -95,10 +95,7 @@ XformPtr makeStage(uint32_t kind, icXformInternal& xform) {
     std::copy_n(xform.mediaWhite, 3, stage->mediaWhite);
     stage->inSpace = stage->outSpace = kSpaceLab;
     stage->inChannels = stage->outChannels = 3;
-    stage->state = shareBlackWhite(blackWhiteOf(xform));
-    stage->releaseState = [](void* shared) {
-        dropBlackWhite(static_cast<icBlackWhite_t*>(shared));
-    };
+    stage->state = XformState(blackWhiteOf(xform));
     return stage;
 }
 
@@ -113,64 +110,7 @@ icXform_t stageOrNull(uint32_t kind, icXform_t xform) {
     return stage;
 }
 
-uint16_t clippedLab(int value) {
-    return static_cast<uint16_t>(std::clamp(value, 0, int{kLabLMax}));
-}
-
-void squeeze(const icBlackWhite_t& s, const uint16_t* source, uint16_t* destination,
-             ptrdiff_t pixels) {
-    float span[3];
-    float base[3];
-    for (int c = 0; c < 3; ++c) {
-        span[c] = static_cast<float>(s.white[c] - s.black[c]);
-        base[c] = static_cast<float>(s.black[c] - (c == 0 ? 0 : kLabNeutral));
-    }
-    for (ptrdiff_t i = 0; i < pixels; ++i, source += 3, destination += 3) {
-        const float t = static_cast<float>(source[0]) / static_cast<float>(kLabLMax);
-        const int a = source[1];
-        const int b = source[2];
-        destination[0] = clippedLab(truncated(span[0] * t + base[0]));
-        destination[1] = clippedLab(truncated(span[1] * t + base[1]) + a);
-        destination[2] = clippedLab(truncated(span[2] * t + base[2]) + b);
-    }
-}
-
-void stretch(const icBlackWhite_t& s, const uint16_t* source, uint16_t* destination,
-             ptrdiff_t pixels) {
-    const int range = s.white[0] - s.black[0];
-    for (ptrdiff_t i = 0; i < pixels; ++i, source += 3, destination += 3) {
-        const int aboveBlack = source[0] - s.black[0];
-        // A device without range, where a division would give no number: a threshold.
-        int lightness = aboveBlack < 0 ? 0 : int{kLabLMax};
-        if (range != 0) {
-            const float t = static_cast<float>(aboveBlack) / static_cast<float>(range);
-            lightness = truncated(t * static_cast<float>(kLabLMax));
-        }
-        destination[0] = clippedLab(lightness);
-        destination[1] = std::min(source[1], kLabLMax);
-        destination[2] = std::min(source[2], kLabLMax);
-    }
-}
-
-template <void (*Body)(const icBlackWhite_t&, const uint16_t*, uint16_t*, ptrdiff_t)>
-void convert(const void* state, const void* source, void* destination, int pixels) {
-    runOnAllCores<icBlackWhite_t, Body>(*static_cast<const icBlackWhite_t*>(state),
-                                        static_cast<const uint16_t*>(source),
-                                        static_cast<uint16_t*>(destination), pixels, 3, 3);
-}
-
 }  // namespace
-
-void convertPerceptualToRelative(const void* state, const void* source, void* destination,
-                                 int pixels) {
-    convert<squeeze>(state, source, destination, pixels);
-}
-
-void convertRelativeToPerceptual(const void* state, const void* source, void* destination,
-                                 int pixels) {
-    convert<stretch>(state, source, destination, pixels);
-}
-
 }  // namespace lumoxa
 
 using namespace lumoxa;
@@ -183,7 +123,7 @@ icXform_t icGetPerceptualToRelativeXform(icXform_t xform) {
 icXform_t icGetRelativeToPerceptualXform(icXform_t xform) {
     if (xform == nullptr) return nullptr;
     icXform_t stage = stageOrNull(kKindRelativeToPerceptual, xform);
-    if (stage != nullptr && stage->state == nullptr) {
+    if (stage != nullptr && !stage->state) {
         icXformFree(stage);
         return nullptr;
     }

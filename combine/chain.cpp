@@ -4,17 +4,32 @@
 #include <algorithm>
 #include <new>
 
-#include "combine/absolute_stage.h"
-#include "combine/black_white_stages.h"
-#include "eval/flare.h"
+#include "eval/chain_kernels.h"
 #include "lumoxa/combine.h"
-#include "lumoxa/evaluate.h"
 
 namespace lumoxa {
 namespace {
 
 bool isAbsolute(const icXformInternal& xform) {
     return xform.intent == icAbsoluteColorimetric;
+}
+
+/// What a white-scaling stage does, and the intent that its record bears: a stage that has left an
+/// absolute result behind is how the next transform of a chain knows to bring it back.
+enum class AbsoluteMode : uint32_t { kToRelative = 1, kToAbsolute = 3 };
+
+/// A stage that scales XYZ by to / from.
+XformPtr makeAbsoluteStage(const uint16_t* from, const uint16_t* to, AbsoluteMode mode) {
+    XformPtr stage = newXform();
+    stage->kind = kKindAbsolute;
+    std::copy_n(to, 3, stage->pcsWhite);
+    std::copy_n(from, 3, stage->mediaWhite);
+    stage->intent = static_cast<uint32_t>(mode);
+    stage->inSpace = stage->outSpace = kSpaceXyz;
+    stage->inChannels = stage->outChannels = 3;
+    stage->state = XformState(std::make_shared<const WhiteScaling>(
+        WhiteScaling{{from[0], from[1], from[2]}, {to[0], to[1], to[2]}}));
+    return stage;
 }
 
 bool fits(const icXformInternal& left, const icXformInternal& right) {
@@ -79,7 +94,7 @@ bool isChain(int count, const icXform_t* chain) {
     return std::none_of(chain, chain + count, [](icXform_t xform) { return xform == nullptr; });
 }
 
-bool linksFit(int count, const icXform_t* chain, int* failingLink) {
+bool stagesFit(int count, const icXform_t* chain, int* failingLink) {
     for (int i = 0; i + 1 < count; ++i) {
         if (fits(*chain[i], *chain[i + 1])) continue;
         if (failingLink != nullptr) *failingLink = i + 1;
@@ -98,35 +113,6 @@ ExpandedChain expandChain(int count, const icXform_t* chain) {
         if (isSource && isAbsolute(*chain[i])) expansion.makeAbsolute(chain[i]->mediaWhite);
     }
     return result;
-}
-
-BoundKernel stageKernel(const icXformInternal& stage) {
-    struct StageRow {
-        uint32_t kind;
-        KernelFn run;
-    };
-    static constexpr StageRow kRows[] = {
-        {kKindLabToXyz,
-         [](const void* state, const void* source, void* destination, int pixels) {
-             icConvertLabToXyz(state, static_cast<const uint16_t*>(source),
-                               static_cast<uint16_t*>(destination), pixels);
-         }},
-        {kKindXyzToLab,
-         [](const void* state, const void* source, void* destination, int pixels) {
-             icConvertXYZToLab(state, static_cast<const uint16_t*>(source),
-                               static_cast<uint16_t*>(destination), pixels);
-         }},
-        {kKindAbsolute, convertAbsolute},
-        {kKindFlare, convertFlare},
-        {kKindPerceptualToRelative, convertPerceptualToRelative},
-        {kKindRelativeToPerceptual, convertRelativeToPerceptual},
-    };
-    for (const StageRow& row : kRows) {
-        if (row.kind != stage.kind || stage.state == nullptr) continue;
-        return {row.run, stage.state, static_cast<int>(stage.inChannels),
-                static_cast<int>(stage.outChannels), false};
-    }
-    return chooseKernel(stage, Depth::k16, Depth::k16);
 }
 
 }  // namespace lumoxa

@@ -6,7 +6,6 @@
 
 #include <vector>
 
-#include "eval/kernel_table.h"
 #include "xform/xform_object.h"
 
 namespace lumoxa {
@@ -15,7 +14,7 @@ namespace lumoxa {
 bool isChain(int count, const icXform_t* chain);
 
 /// Whether neighbours fit; if not, stores the index of the second of the first pair that does not.
-bool linksFit(int count, const icXform_t* chain, int* failingLink);
+bool stagesFit(int count, const icXform_t* chain, int* failingLink);
 
 /// The stages of a chain, and the two figures about the caller's transforms that size its grid.
 struct ExpandedChain {
@@ -30,8 +29,5 @@ struct ExpandedChain {
 
 /// Throws std::bad_alloc.
 ExpandedChain expandChain(int count, const icXform_t* chain);
-
-/// The 16-bit kernel of a stage of any kind; empty for a transform that converts nothing.
-BoundKernel stageKernel(const icXformInternal& stage);
 
 }  // namespace lumoxa

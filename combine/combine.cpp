@@ -4,15 +4,15 @@
 #include "lumoxa/combine.h"
 
 #include <algorithm>
-#include <optional>
+#include <vector>
 
+#include "base/entry_guard.h"
 #include "combine/chain.h"
 #include "combine/end_tables.h"
 #include "combine/grid_sampler.h"
 #include "combine/grid_size.h"
 #include "combine/lut16.h"
 #include "combine/paper_white.h"
-#include "profile/entry_guard.h"
 
 namespace lumoxa {
 namespace {
@@ -25,7 +25,7 @@ bool canBeStage(const icXformInternal& xform) {
     const auto fits = [](uint32_t space, uint32_t channels) {
         return !isConnectionSpace(space) || channels == 3;
     };
-    return bool{stageKernel(xform)} && fits(xform.inSpace, xform.inChannels) &&
+    return bool{chooseStageKernel(xform)} && fits(xform.inSpace, xform.inChannels) &&
            fits(xform.outSpace, xform.outChannels);
 }
 
@@ -56,32 +56,18 @@ void fillTables(const ExpandedChain& chain, const GridSize& size, bool colorimet
     if (!colorimetric) removeDisplayBlack(chain.first(), chain.last(), lut);
 }
 
-/// The stages' kernels, the end stages without the curves that the tables carry. Those two are
-/// copies, because the caller's transforms may be in use on other threads.
-class SamplingChain {
-  public:
-    SamplingChain(const ExpandedChain& chain, bool identityInput) {
-        const size_t last = chain.stages.size() - 1;
-        for (size_t i = 0; i <= last; ++i) {
-            const icXformInternal* stage = chain.stages[i];
-            if ((i == 0 && !identityInput) || i == last) {
-                auto& copy = ends_[i == last ? 1 : 0].emplace(*stage);
-                if (i == 0 && !identityInput) copy.switchOffInputCurves();
-                if (i == last) copy.switchOffOutputCurves();
-                stage = &copy.record();
-            }
-            kernels_.push_back(stageKernel(*stage));
-        }
+/// The stages' kernels, those of the end stages without the curves that the tables carry.
+std::vector<BoundKernel> kernelsOf(const ExpandedChain& chain, bool identityInput) {
+    const size_t last = chain.stages.size() - 1;
+    std::vector<BoundKernel> kernels;
+    for (size_t i = 0; i <= last; ++i) {
+        const CurveMask curves{i > 0 || identityInput, i < last};
+        kernels.push_back(chooseStageKernel(*chain.stages[i], curves));
     }
+    return kernels;
+}
 
-    const std::vector<BoundKernel>& kernels() const { return kernels_; }
-
-  private:
-    std::optional<StageWithoutCurves> ends_[2];
-    std::vector<BoundKernel> kernels_;
-};
-
-/// Four-input grids that are too large for a table of simplices stay multilinear.
+/// Four-input grids that are larger than chooseGridSize() allows pentahedra stay multilinear.
 LutStateKind stateKind(int inputs, const GridSize& size) {
     const LutStateKind kind = lutStateKindFor(static_cast<uint32_t>(inputs));
     return kind == LutStateKind::kPenta && !size.pentahedral ? LutStateKind::kPlain : kind;
@@ -102,7 +88,7 @@ XformPtr makeResult(const ExpandedChain& chain, Lut16Ptr lut) {
     const icXformInternal& profiled = last.kind == kKindAbsolute ? first : last;
     std::copy_n(profiled.pcsWhite, 3, result->pcsWhite);
     std::copy_n(profiled.pcsWhite, 3, result->mediaWhite);
-    result->tagData = reinterpret_cast<icTagBase*>(lut.release());
+    result->tagData.reset(reinterpret_cast<icTagBase*>(lut.release()));
     return result;
 }
 
@@ -111,7 +97,7 @@ int combine(int count, const icXform_t* chain, icXform_t* out, int options, int*
     if (out == nullptr) return icErrInvalid;
     *out = nullptr;
     if (!isChain(count, chain) || (options & ~kKnownOptions) != 0) return icErrInvalid;
-    if (!linksFit(count, chain, failingLink)) return icErrXformKind;
+    if (!stagesFit(count, chain, failingLink)) return icErrXformKind;
     if (!std::all_of(chain, chain + count, [](icXform_t xform) { return canBeStage(*xform); })) {
         return icErrXformKind;
     }
@@ -125,8 +111,8 @@ int combine(int count, const icXform_t* chain, icXform_t* out, int options, int*
 
     progress.start();
     const int code = guarded([&] {
-        const SamplingChain sampling(expanded, size.identityInput);
-        if (!sampleGrid(sampling.kernels(), view, progress)) return icErrInvalid;
+        const std::vector<BoundKernel> kernels = kernelsOf(expanded, size.identityInput);
+        if (!sampleGrid(kernels, view, progress)) return icErrInvalid;
         if ((options & icCombineKeepPaperWhite) == 0) adjustPaperWhite(expanded, view);
         XformPtr result = makeResult(expanded, std::move(lut));
         attachLutState(*result, stateKind(view.inputs(), size));
@@ -140,9 +126,10 @@ int combine(int count, const icXform_t* chain, icXform_t* out, int options, int*
 }  // namespace
 }  // namespace lumoxa
 
+using namespace lumoxa;
+
 int icCombineXforms(int count, const icXform_t* chain, icXform_t* out, int* failingLink,
                     icProgressCallback, void*, unsigned int) {
-    using namespace lumoxa;
     return guarded([&] {
         return combine(count, chain, out, 0, failingLink, CombineProgress(nullptr, nullptr));
     });
@@ -150,7 +137,6 @@ int icCombineXforms(int count, const icXform_t* chain, icXform_t* out, int* fail
 
 int icCombineXforms(int count, const icXform_t* chain, icXform_t* out, int options,
                     int* failingLink, icProgressCallback progress, void* user, unsigned int) {
-    using namespace lumoxa;
     return guarded([&] {
         return combine(count, chain, out, options, failingLink, CombineProgress(progress, user));
     });

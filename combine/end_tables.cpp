@@ -3,16 +3,15 @@
 
 #include <algorithm>
 
+#include "base/pcs_encoding.h"
 #include "eval/gray_kernels.h"
-#include "profile/pcs_encoding.h"
 
 namespace lumoxa {
 namespace {
 
-// A display's black is lifted by 1/24 of the range: 2730.625 = 65535 / 24, so the lifted range is
-// 25/24 and the lowered one 23/24 of 65535. The last digits of the lift are kept as they are, being
-// part of every table made so far.
-constexpr double kBlackLift = 2730.6250000000005;
+// A display's black is lifted by 1/24 of the range, so the lifted range is 25/24 and the lowered
+// one 23/24 of 65535.
+constexpr double kBlackLift = 2730.625;      // 65535 / 24
 constexpr double kLiftedRange = 68265.625;   // 65535 x 25 / 24
 constexpr double kLoweredRange = 62804.375;  // 65535 x 23 / 24
 
@@ -30,49 +29,22 @@ void roundCurve(const trcMatrix_t& state, int channel, int entries, uint16_t* ta
 }
 
 const trcMatrix_t& matrixState(const icXformInternal& xform) {
-    return *static_cast<const trcMatrix_t*>(xform.state);
+    return *xform.state.as<trcMatrix_t>();
 }
 
-/// lut16 tags keep their input tables behind the matrix. Carried over, they come to stand before
-/// it: deliberate, and seen only by callers that start a chain without any larger grid with a
-/// two-point lut16 whose matrix is not the identity.
+/// lut16 tags keep their input tables behind the matrix. Carried over, they stand before it, which
+/// changes the result of a chain that starts with a two-point lut16 whose matrix is not the
+/// identity and that has no larger grid.
 const TableSet<uint16_t>& inputCurves16(const icLutState_t& s) {
     return s.kind == kTypeLut16 ? s.middleCurves : s.inputCurves;
 }
 
 const GrayConv_t& grayState(const icXformInternal& xform) {
-    return *static_cast<const GrayConv_t*>(xform.state);
-}
-
-bool isGray(uint32_t kind) {
-    return kind == kKindGrayToLab || kind == kKindLabToGray;
+    return *xform.state.as<GrayConv_t>();
 }
 
 bool isDisplay(uint32_t space, const icXformInternal& xform) {
     return space == kSpaceRgb && xform.deviceClass == kClassDisplay;
-}
-
-/// What a record says of its conversion, and its states, of which the copy owns none. Holders and
-/// black and white are left out: the caller may be changing them on another thread.
-icXformInternal unownedCopy(const icXformInternal& stage) {
-    icXformInternal copy{};
-    copy.kind = stage.kind;
-    std::copy_n(stage.pcsWhite, 3, copy.pcsWhite);
-    std::copy_n(stage.mediaWhite, 3, copy.mediaWhite);
-    copy.intent = stage.intent;
-    copy.transType = stage.transType;
-    copy.inSpace = stage.inSpace;
-    copy.outSpace = stage.outSpace;
-    copy.deviceClass = stage.deviceClass;
-    copy.inChannels = stage.inChannels;
-    copy.outChannels = stage.outChannels;
-    copy.gridPoints = stage.gridPoints;
-    copy.inTableEntries = stage.inTableEntries;
-    copy.outTableEntries = stage.outTableEntries;
-    copy.state = stage.state;
-    copy.tetraState = stage.tetraState;
-    copy.pentaState = stage.pentaState;
-    return copy;
 }
 
 template <class Change>
@@ -136,46 +108,6 @@ void removeDisplayBlack(const icXformInternal& first, const icXformInternal& las
         const double lowered = std::max(0.0, (v - kBlackLift) / kLoweredRange);
         return static_cast<uint16_t>(lowered * 65535.0 + 0.5);
     });
-}
-
-StageWithoutCurves::StageWithoutCurves(const icXformInternal& stage) : record_(unownedCopy(stage)) {
-    if (stage.kind == kKindTrcMatrix || stage.kind == kKindMatrixTrc) {
-        matrix_ = matrixState(stage);
-        record_.state = &matrix_;
-    } else if (isGray(stage.kind)) {
-        gray_ = grayState(stage);
-        record_.state = &gray_;
-    } else if (stage.tetraState != nullptr) {
-        tetra_ = std::make_unique<icLutTetraState_t>(*stage.tetraState);
-        record_.tetraState = tetra_.get();
-    } else if (stage.pentaState != nullptr) {
-        penta_ = std::make_unique<icLutPentaState_t>(*stage.pentaState);
-        record_.pentaState = penta_.get();
-    } else if (const icLutState_t* s = lutStateOf(stage)) {
-        plain_ = std::make_unique<icLutState_t>(*s);
-        record_.state = plain_.get();
-    }
-}
-
-icLutState_t* StageWithoutCurves::lut() {
-    if (tetra_) return tetra_.get();
-    if (penta_) return penta_.get();
-    return plain_.get();
-}
-
-void StageWithoutCurves::switchOffInputCurves() {
-    // Curves that follow a matrix are no input curves: a MatT stage keeps its own.
-    if (record_.kind == kKindTrcMatrix) matrix_.hasCurves = 0;
-    if (icLutState_t* s = lut()) {
-        s->hasInputCurves = false;
-        if (s->kind == kTypeLut16) s->hasMiddleCurves = false;
-    }
-}
-
-void StageWithoutCurves::switchOffOutputCurves() {
-    if (record_.kind == kKindMatrixTrc) matrix_.hasCurves = 0;
-    if (record_.kind == kKindLabToGray) gray_.built = 0;
-    if (icLutState_t* s = lut()) s->hasOutputCurves = false;
 }
 
 }  // namespace lumoxa

@@ -3,20 +3,21 @@
 
 #include <algorithm>
 
-#include "profile/power.h"
+#include "base/power.h"
 
 namespace lumoxa {
 namespace {
 
 constexpr uint32_t kBudget = 8388608;  // samples of a grid, 2^23
-// A pentahedral cell holds 24 simplices of 5 coefficients for each output.
+// A pentahedral cell counts with the 5 coefficients of its 24 simplices for each output, although
+// evaluation works them out from the nodes: grids keep the sizes that tables of them would allow.
 constexpr uint32_t kPentaFloatsPerOutput = 120;
 constexpr uint32_t kFewestPoints = 3;    // of a grid that counts as one
 constexpr uint32_t kFormulaPoints = 31;  // where only formulas bend the chain
 constexpr uint32_t kCurvePoints = 255;   // the same with one input
 
-/// The whole part of the root. Deliberately without regard to rounding: 1.0 / 3 is less than a
-/// third, so that the cube root of 2^21 is 127 and not 128, and grids have always had that size.
+/// The whole part of a power whose exponent is rounded: 1.0 / 3 is less than a third, so that the
+/// cube root of 2^21 is 127 and not 128. The size of a result's grid follows from it.
 uint32_t root(uint32_t budget, uint32_t n) {
     return static_cast<uint32_t>(power(static_cast<double>(budget), 1.0 / n));
 }

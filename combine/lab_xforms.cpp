@@ -6,18 +6,18 @@
 #include <memory>
 #include <vector>
 
+#include "base/entry_guard.h"
+#include "base/pcs_encoding.h"
 #include "combine/chain.h"
 #include "combine/lut16.h"
 #include "eval/lab_xyz.h"
 #include "lumoxa/combine.h"
-#include "profile/entry_guard.h"
-#include "profile/pcs_encoding.h"
 #include "xform/xform_object.h"
 
 namespace lumoxa {
 namespace {
 
-/// A stage between the connection spaces around `state`, which it becomes the first holder of.
+/// A stage between the connection spaces around `state`.
 template <class Record, class State>
 XformPtr makePcsStage(uint32_t kind, uint32_t inSpace, uint32_t outSpace, const uint16_t* pcsWhite,
                       const uint16_t* mediaWhite, std::unique_ptr<State> state) {
@@ -28,8 +28,8 @@ XformPtr makePcsStage(uint32_t kind, uint32_t inSpace, uint32_t outSpace, const 
     stage->inChannels = stage->outChannels = 3;
     std::copy_n(pcsWhite, 3, stage->pcsWhite);
     std::copy_n(mediaWhite, 3, stage->mediaWhite);
-    state->refCount += 1;
-    adoptState<State, Record>(*stage, std::move(state));
+    state->refCount = 1;
+    stage->state = XformState(std::shared_ptr<const Record>(std::move(state)));
     return stage;
 }
 
@@ -54,8 +54,8 @@ void fillIdentityGrid(uint16_t* clut) {
 }
 
 int makeLabXform(const int (&bits)[3], icXform_t* out) {
-    // Z differs from that of the connection-space white (27030): deliberate, chains that scale by
-    // this transform's media white depend on it.
+    // Z differs from that of the connection-space white (27030). An absolute chain scales by this
+    // media white.
     constexpr uint16_t kMediaWhite[3] = {31595, 32768, 20730};
     icLut16Type* block = nullptr;
     if (const int code = icAllocLut16(&block, 3, 2, 2, 3, 2, nullptr)) return code;
@@ -72,7 +72,7 @@ int makeLabXform(const int (&bits)[3], icXform_t* out) {
     xform->inSpace = xform->outSpace = kSpaceLab;
     std::copy_n(kD50White, 3, xform->pcsWhite);
     std::copy_n(kMediaWhite, 3, xform->mediaWhite);
-    xform->tagData = reinterpret_cast<icTagBase*>(lut.release());
+    xform->tagData.reset(reinterpret_cast<icTagBase*>(lut.release()));
     attachLutState(*xform, LutStateKind::kPlain);
     *out = xform.release();
     return icSuccess;

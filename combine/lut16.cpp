@@ -26,9 +26,10 @@ void fillRamp(uint16_t* table, int entries) {
 }  // namespace
 }  // namespace lumoxa
 
+using namespace lumoxa;
+
 int icAllocLut16(icLut16Type** out, int inChannels, int inEntries, int grid, int outChannels,
                  int outEntries, unsigned int* size) {
-    using namespace lumoxa;
     if (out != nullptr) *out = nullptr;
     if (inEntries == 0) inEntries = 2;
     if (outEntries == 0) outEntries = 2;

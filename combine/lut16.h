@@ -5,9 +5,9 @@
 
 #include <cstdint>
 
+#include "base/c_heap.h"
 #include "lumoxa/combine.h"
 #include "lut/lut_tag.h"
-#include "profile/c_heap.h"
 
 namespace lumoxa {
 

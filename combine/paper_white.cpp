@@ -6,8 +6,8 @@
 #include <optional>
 #include <vector>
 
+#include "base/pcs_encoding.h"
 #include "lut/table_lookup.h"
-#include "profile/pcs_encoding.h"
 
 namespace lumoxa {
 namespace {

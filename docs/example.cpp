@@ -1,48 +1,34 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <cstdint>
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 #include <vector>
 
-#include <lumoxa/lumoxa.h>
+#include <lumoxa/lumoxa.hpp>
 
-// The transform of a profile file for relative colorimetry, or null. It outlives the profile.
-static icXform_t transformOf(const char* path, icTransType direction) {
-    std::ifstream file(path, std::ios::binary);
-    const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
-    icProfile_t profile = nullptr;
-    icXform_t xform = nullptr;
-    if (icProfileLoadFromBuffer(nullptr, bytes.data(), bytes.size(), &profile) == icSuccess) {
-        icXformGet(profile, icRelativeColorimetric, direction, &xform);
-        icProfileFree(profile);
-    }
-    return xform;
-}
-
-// example RGB-PROFILE CMYK-PROFILE: prints the inks, 0..255, of a full red pixel.
+// example CMYK-PROFILE: prints the inks of four sRGB pixels, 0..255, and of one colour, 0..1.
 int main(int argc, char** argv) {
-    if (argc != 3) return 2;
-    const icXform_t chain[] = {transformOf(argv[1], icDeviceToPcs),
-                               transformOf(argv[2], icPcsToDevice)};
-    icXform_t toPress = nullptr;
-    int failingLink = 0;
-    int code = icCombineXforms(2, chain, &toPress, icCombineColorimetric, &failingLink, nullptr,
-                               nullptr, 0);
-    icXformFree(chain[0]);
-    icXformFree(chain[1]);
+    if (argc != 2) return 2;
+    try {
+        lumoxa::Options options;
+        options.intent = lumoxa::Intent::Perceptual;
+        const lumoxa::Conversion toPress(lumoxa::Profile::named("sRGB"),
+                                         lumoxa::Profile::fromFile(argv[1]), options);
 
-    unsigned char rgb[] = {255, 0, 0};
-    unsigned char cmyk[4] = {};
-    icPixelLayout_t source = {icSamples8, 1, 1, 1, 3, 3, 3, {rgb}};
-    icPixelLayout_t destination = {icSamples8, 1, 1, 1, 4, 4, 4, {cmyk}};
-    if (code == icSuccess) code = icEvaluate(toPress, &source, &destination, nullptr, nullptr);
-    icXformFree(toPress);
-    if (code != icSuccess) {
-        char text[100];
-        icGetErrorText(code, sizeof text, text);
-        std::fprintf(stderr, "%s\n", text);
+        // A picture of two rows: red and white, then gray and black.
+        const std::vector<uint8_t> picture = {255, 0,   0,   255, 255, 255,  //
+                                              128, 128, 128, 0,   0,   0};
+        std::vector<uint8_t> inks(4 * 4);
+        toPress.run(lumoxa::ImageView::packed(picture.data(), 2, 2, 3),
+                    lumoxa::ImageView::packed(inks.data(), 2, 2, 4));
+        for (int i = 0; i < 16; i += 4)
+            std::printf("%d %d %d %d\n", inks[i], inks[i + 1], inks[i + 2], inks[i + 3]);
+
+        // One colour, exactly.
+        const std::vector<float> orange = toPress({1.0f, 0.5f, 0.0f});
+        std::printf("%.3f %.3f %.3f %.3f\n", orange[0], orange[1], orange[2], orange[3]);
+    } catch (const lumoxa::Error& error) {
+        std::fprintf(stderr, "%s\n", error.what());
         return 1;
     }
-    std::printf("%d %d %d %d\n", cmyk[0], cmyk[1], cmyk[2], cmyk[3]);
     return 0;
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 using System;
+using System.Globalization;
 using System.IO;
 using System.Runtime.InteropServices;
 using System.Text;
@@ -8,99 +9,190 @@ using System.Text;
 static class Lumoxa
 {
     public const int AbiVersion = 1;
-    public const uint RelativeColorimetric = 1;
-    public const uint DeviceToPcs = 1;
-    public const uint PcsToDevice = 2;
-    public const int CombineColorimetric = 1;
+    public const uint Perceptual = 0;
     public const int Samples8 = 1;
+
+    [StructLayout(LayoutKind.Sequential)]
+    public struct Fault
+    {
+        public uint Size;
+        public int Code;
+        public uint Tag;
+        public int ProfileIndex;
+        public long Offset;
+        [MarshalAs(UnmanagedType.ByValArray, SizeConst = 1000)]
+        public byte[] Utf8;
+
+        public static Fault Ready
+        {
+            get { return new Fault { Size = (uint)Marshal.SizeOf(typeof(Fault)) }; }
+        }
+
+        public string Sentence
+        {
+            get { return Encoding.UTF8.GetString(Utf8, 0, Array.IndexOf(Utf8, (byte)0)); }
+        }
+    }
+
+    [StructLayout(LayoutKind.Sequential)]
+    public struct Options
+    {
+        public uint Size, Intent;
+        public IntPtr Intents;
+        public uint IntentCount;
+        public int BlackPointCompensation;
+        public IntPtr Proof;
+        public uint ProofIntent;
+        public int MarkOutOfGamut;
+        public float GamutMark0, GamutMark1, GamutMark2;
+        public int PreserveBlack;
+        public float InkLimit;
+        public int Exact;
+        public IntPtr Tone;
+    }
+
+    [StructLayout(LayoutKind.Sequential)]
+    public struct Image
+    {
+        public uint Size;
+        public int Sample;
+        public IntPtr Data;
+        public long Width, Height;
+        public int Channels;
+        public uint Reserved;
+        public long ChannelStride, PixelStride, RowStride;
+    }
 
     const string Library = "lumoxa";  // lumoxa.dll on Windows, liblumoxa.so on Linux
 
     [DllImport(Library)]
     public static extern int lmx_abi_version();
 
-    [DllImport(Library, CharSet = CharSet.Ansi)]
-    public static extern int lmx_error_text(int code, StringBuilder buffer, int size);
-
     [DllImport(Library)]
-    public static extern int lmx_profile_load(byte[] image, ulong length, out IntPtr profile);
+    public static extern int lmx_profile_from_bytes(byte[] bytes, ulong size, out IntPtr profile,
+                                                    ref Fault fault);
+
+    [DllImport(Library, CharSet = CharSet.Ansi)]
+    public static extern int lmx_profile_named(string name, out IntPtr profile, ref Fault fault);
 
     [DllImport(Library)]
     public static extern void lmx_profile_free(IntPtr profile);
 
     [DllImport(Library)]
-    public static extern int lmx_transform_get(IntPtr profile, uint intent, uint direction,
-                                               out IntPtr transform);
+    public static extern void lmx_options_init(out Options options);
 
     [DllImport(Library)]
-    public static extern void lmx_transform_free(IntPtr transform);
-
-    [UnmanagedFunctionPointer(CallingConvention.Cdecl)]
-    public delegate int Progress(int state, int percent, IntPtr user);
+    public static extern int lmx_conversion_create(IntPtr[] chain, int count, ref Options options,
+                                                   out IntPtr conversion, ref Fault fault);
 
     [DllImport(Library)]
-    public static extern int lmx_combine(int count, IntPtr[] chain, int options,
-                                         out IntPtr transform, ref int failingLink,
-                                         Progress progress, IntPtr user);
+    public static extern int lmx_conversion_run(IntPtr conversion, ref Image source,
+                                                ref Image destination, IntPtr runOptions,
+                                                ref Fault fault);
 
     [DllImport(Library)]
-    public static extern int lmx_evaluate_packed(IntPtr transform, byte[] source, int sourceType,
-                                                 [Out] byte[] destination, int destinationType,
-                                                 int pixels);
+    public static extern int lmx_conversion_pixel(IntPtr conversion, float[] source,
+                                                  [Out] float[] destination, ref Fault fault);
 
-    public static void Require(int code)
+    [DllImport(Library)]
+    public static extern void lmx_conversion_free(IntPtr conversion);
+
+    public static void Require(int code, Fault fault)
     {
-        if (code == 0) return;
-        var text = new StringBuilder(100);
-        lmx_error_text(code, text, text.Capacity);
-        throw new InvalidOperationException(text.ToString());
+        if (code != 0) throw new InvalidOperationException(fault.Sentence);
     }
 }
 
 static class Example
 {
-    // The transform of a profile file for relative colorimetry. It outlives the profile.
-    static IntPtr TransformOf(string path, uint direction)
+    static IntPtr ProfileFromFile(string path)
     {
         byte[] bytes = File.ReadAllBytes(path);
-        IntPtr profile, transform;
-        Lumoxa.Require(Lumoxa.lmx_profile_load(bytes, (ulong)bytes.Length, out profile));
-        int code = Lumoxa.lmx_transform_get(profile, Lumoxa.RelativeColorimetric, direction,
-                                            out transform);
-        Lumoxa.lmx_profile_free(profile);
-        Lumoxa.Require(code);
-        return transform;
+        IntPtr profile;
+        Lumoxa.Fault fault = Lumoxa.Fault.Ready;
+        if (Lumoxa.lmx_profile_from_bytes(bytes, (ulong)bytes.Length, out profile, ref fault) != 0)
+            throw new InvalidOperationException(path + ": " + fault.Sentence);
+        return profile;
     }
 
-    // Example RGB-PROFILE CMYK-PROFILE: prints the inks, 0..255, of a full red pixel.
+    // Rows without gaps of 8-bit pixels, which stay pinned until the handle is freed.
+    static Lumoxa.Image PackedImage(GCHandle pinned, int width, int height, int channels)
+    {
+        return new Lumoxa.Image {
+            Size = (uint)Marshal.SizeOf(typeof(Lumoxa.Image)), Sample = Lumoxa.Samples8,
+            Data = pinned.AddrOfPinnedObject(), Width = width, Height = height,
+            Channels = channels, ChannelStride = 1, PixelStride = channels,
+            RowStride = (long)channels * width };
+    }
+
+    static byte[] Convert(IntPtr conversion, byte[] picture, int width, int height)
+    {
+        var inks = new byte[width * height * 4];
+        GCHandle from = GCHandle.Alloc(picture, GCHandleType.Pinned);
+        GCHandle to = GCHandle.Alloc(inks, GCHandleType.Pinned);
+        try
+        {
+            Lumoxa.Image source = PackedImage(from, width, height, 3);
+            Lumoxa.Image destination = PackedImage(to, width, height, 4);
+            Lumoxa.Fault fault = Lumoxa.Fault.Ready;
+            Lumoxa.Require(Lumoxa.lmx_conversion_run(conversion, ref source, ref destination,
+                                                     IntPtr.Zero, ref fault), fault);
+            return inks;
+        }
+        finally
+        {
+            from.Free();
+            to.Free();
+        }
+    }
+
+    // Prints the inks of four sRGB pixels, 0..255, and of one colour, 0..1.
+    static void PrintInks(IntPtr toPress)
+    {
+        // A picture of two rows: red and white, then gray and black.
+        byte[] picture = { 255, 0, 0, 255, 255, 255, 128, 128, 128, 0, 0, 0 };
+        byte[] inks = Convert(toPress, picture, 2, 2);
+        for (int i = 0; i < inks.Length; i += 4)
+            Console.WriteLine("{0} {1} {2} {3}", inks[i], inks[i + 1], inks[i + 2], inks[i + 3]);
+
+        // One colour, exactly.
+        float[] orange = { 1.0f, 0.5f, 0.0f };
+        var ink = new float[4];
+        Lumoxa.Fault fault = Lumoxa.Fault.Ready;
+        Lumoxa.Require(Lumoxa.lmx_conversion_pixel(toPress, orange, ink, ref fault), fault);
+        Console.WriteLine(string.Format(CultureInfo.InvariantCulture,
+                                        "{0:F3} {1:F3} {2:F3} {3:F3}",
+                                        ink[0], ink[1], ink[2], ink[3]));
+    }
+
+    // Example CMYK-PROFILE
     static int Main(string[] arguments)
     {
-        if (arguments.Length != 2 || Lumoxa.lmx_abi_version() != Lumoxa.AbiVersion) return 2;
+        if (arguments.Length != 1 || Lumoxa.lmx_abi_version() != Lumoxa.AbiVersion) return 2;
         var chain = new IntPtr[2];
         IntPtr toPress = IntPtr.Zero;
         try
         {
-            chain[0] = TransformOf(arguments[0], Lumoxa.DeviceToPcs);
-            chain[1] = TransformOf(arguments[1], Lumoxa.PcsToDevice);
-            int failingLink = 0;
-            Lumoxa.Require(Lumoxa.lmx_combine(2, chain, Lumoxa.CombineColorimetric, out toPress,
-                                              ref failingLink, null, IntPtr.Zero));
-            byte[] rgb = { 255, 0, 0 };
-            var cmyk = new byte[4];
-            Lumoxa.Require(Lumoxa.lmx_evaluate_packed(toPress, rgb, Lumoxa.Samples8, cmyk,
-                                                      Lumoxa.Samples8, 1));
-            Console.WriteLine("{0} {1} {2} {3}", cmyk[0], cmyk[1], cmyk[2], cmyk[3]);
+            Lumoxa.Fault fault = Lumoxa.Fault.Ready;
+            Lumoxa.Require(Lumoxa.lmx_profile_named("sRGB", out chain[0], ref fault), fault);
+            chain[1] = ProfileFromFile(arguments[0]);
+            Lumoxa.Options options;
+            Lumoxa.lmx_options_init(out options);
+            options.Intent = Lumoxa.Perceptual;
+            Lumoxa.Require(Lumoxa.lmx_conversion_create(chain, 2, ref options, out toPress,
+                                                        ref fault), fault);
+            PrintInks(toPress);
             return 0;
         }
-        catch (Exception fault)
+        catch (Exception error)
         {
-            Console.Error.WriteLine(fault.Message);
+            Console.Error.WriteLine(error.Message);
             return 1;
         }
         finally
         {
-            Lumoxa.lmx_transform_free(toPress);
-            foreach (IntPtr transform in chain) Lumoxa.lmx_transform_free(transform);
+            Lumoxa.lmx_conversion_free(toPress);
+            foreach (IntPtr profile in chain) Lumoxa.lmx_profile_free(profile);
         }
     }
 }

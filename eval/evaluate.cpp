@@ -7,10 +7,10 @@
 #include <algorithm>
 #include <limits>
 
+#include "base/c_heap.h"
+#include "base/entry_guard.h"
 #include "eval/kernel_table.h"
 #include "eval/line_copy.h"
-#include "profile/c_heap.h"
-#include "profile/entry_guard.h"
 
 namespace lumoxa {
 namespace {
@@ -94,8 +94,7 @@ struct Progress {
     }
     bool stopAfter(int32_t line, int32_t lines) const {
         if (callback == nullptr) return false;
-        // The numerator is a 32-bit number that wraps beyond 21 million lines: deliberate, callers
-        // see what they always saw.
+        // The numerator is a 32-bit number, which wraps beyond 21 million lines.
         const auto hundredfold = static_cast<int32_t>(static_cast<uint32_t>(line) * 100U);
         return callback(icIterProgress, hundredfold / lines, user) != 0;
     }
@@ -103,7 +102,7 @@ struct Progress {
 };
 
 /// Lines that one kernel call may take. Starting threads costs more than converting a line, so
-/// lines that form one run are handed over together, unless someone wants to hear of each.
+/// lines that form one run are handed over together, unless a callback is called for each.
 int32_t linesPerCall(const BoundKernel& kernel, const Side& in, const Side& out, int32_t pixels,
                      const Progress& progress) {
     if (progress.callback != nullptr || kernel.perLine || pixels < 1) return 1;
@@ -130,7 +129,7 @@ int evaluate(const icXformInternal& xform, const icPixelLayout_t& source,
         return icErrInvalid;
     }
     if (!isSampleType(source.dataType) || !isSampleType(destination.dataType)) {
-        // Not an error to anyone's knowledge: nothing is converted, and the callback has the word.
+        // No error: nothing is converted, and the callback's answer is the result.
         progress.start();
         return progress.end();
     }
@@ -146,9 +145,10 @@ int evaluate(const icXformInternal& xform, const icPixelLayout_t& source,
 }  // namespace
 }  // namespace lumoxa
 
+using namespace lumoxa;
+
 int icEvaluate(icXform_t xform, const icPixelLayout_t* source, const icPixelLayout_t* destination,
                icProgressCallback progress, void* user) {
-    using namespace lumoxa;
     if (xform == nullptr || source == nullptr || destination == nullptr) return icErrInvalid;
     return guarded([&] { return evaluate(*xform, *source, *destination, {progress, user}); });
 }

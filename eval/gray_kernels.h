@@ -8,9 +8,10 @@
 #include <cstddef>
 #include <limits>
 
+#include "base/pcs_encoding.h"
 #include "lumoxa/gray.h"
+#include "lut/curve_mask.h"
 #include "lut/table_lookup.h"
-#include "profile/pcs_encoding.h"
 
 namespace lumoxa {
 
@@ -28,12 +29,12 @@ inline GrayTableView outTablesOf(const GrayConv_t& s) {
 
 /// Pixels have three samples on both sides; of the source's only the first is read.
 ///
-/// Results are stored without clipping, deliberately: to 8 bits, a table value of 65408 or more
-/// becomes 256 and wraps to 0. Without tables a sample passes through as the number it is, also
-/// from 8 to 16 bits.
+/// Results are stored without clipping: to 8 bits, a table value of 65408 or more becomes 256 and
+/// wraps to 0. Without tables a sample passes through as the number it is, also from 8 to 16 bits.
 template <class In, class Out, GrayTableView (*TablesOf)(const GrayConv_t&)>
-void convertGray(const GrayConv_t& s, const In* source, Out* destination, ptrdiff_t pixels) {
-    if (s.built == 0) {
+void convertGray(const GrayConv_t& s, const In* source, Out* destination, ptrdiff_t pixels,
+                 bool withTables) {
+    if (s.built == 0 || !withTables) {
         for (ptrdiff_t i = 0; i < pixels; ++i, source += 3, destination += 3)
             std::fill_n(destination, 3, static_cast<Out>(*source));
         return;
@@ -48,6 +49,19 @@ void convertGray(const GrayConv_t& s, const In* source, Out* destination, ptrdif
         for (int c = 0; c < 3; ++c)
             destination[c] = roundWrapped<Out>(lookUp(view.tables[c], last, x) * kToSample);
     }
+}
+
+/// The in tables hold the tone itself, which no combination's input tables can carry.
+template <class In, class Out>
+void grayToLab(const GrayConv_t& s, const In* source, Out* destination, ptrdiff_t pixels,
+               CurveMask) {
+    convertGray<In, Out, inTablesOf>(s, source, destination, pixels, true);
+}
+
+template <class In, class Out>
+void labToGray(const GrayConv_t& s, const In* source, Out* destination, ptrdiff_t pixels,
+               CurveMask curves) {
+    convertGray<In, Out, outTablesOf>(s, source, destination, pixels, curves.output);
 }
 
 }  // namespace lumoxa

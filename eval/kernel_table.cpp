@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "eval/kernel_table.h"
 
+#include <algorithm>
+#include <iterator>
+
+#include "eval/chain_kernels.h"
 #include "eval/gray_kernels.h"
 #include "eval/matrix_trc_kernels.h"
+#include "eval/table_stage.h"
 #include "lut/plain_kernels.h"
 
 namespace lumoxa {
@@ -18,28 +23,28 @@ struct KernelRow {
 };
 
 template <class Family, class Clut, class In, class Out>
-void lutKernel(const void* state, const void* source, void* destination, int pixels) {
-    using State = typename Clut::State;
-    kernel<State, In, Out, convertLut<Family, Clut, In, Out>>(state, source, destination, pixels);
-}
+constexpr KernelFn kLutKernel =
+    kernel<typename Clut::State, In, Out, convertLut<Family, Clut, In, Out>>;
 
 template <class Clut>
-void lutOnAllCores(const void* state, const void* source, void* destination, int pixels) {
-    using State = typename Clut::State;
-    const auto& s = *static_cast<const State*>(state);
-    runOnAllCores<State, convertLut<Lut16Family, Clut, uint16_t, uint16_t>>(
-        s, static_cast<const uint16_t*>(source), static_cast<uint16_t*>(destination), pixels,
-        s.inChannels, s.outChannels);
+void lutOnAllCores(const void* state, const void* source, void* destination, int pixels,
+                   CurveMask curves) {
+    const auto& s = *static_cast<const typename Clut::State*>(state);
+    runOnAllCores(static_cast<const uint16_t*>(source), static_cast<uint16_t*>(destination), pixels,
+                  s.inChannels, s.outChannels,
+                  [&s, curves](const uint16_t* in, uint16_t* out, ptrdiff_t count) {
+                      convertLut<Lut16Family, Clut>(s, in, out, count, curves);
+                  });
 }
 
 template <class Family, class Clut>
-constexpr KernelRow lutRow(KernelFn from16to16 = lutKernel<Family, Clut, uint16_t, uint16_t>) {
+constexpr KernelRow lutRow(KernelFn from16to16 = kLutKernel<Family, Clut, uint16_t, uint16_t>) {
     return {
-        {{lutKernel<Family, Clut, uint8_t, uint8_t>, lutKernel<Family, Clut, uint8_t, uint16_t>},
-         {lutKernel<Family, Clut, uint16_t, uint8_t>, from16to16}}};
+        {{kLutKernel<Family, Clut, uint8_t, uint8_t>, kLutKernel<Family, Clut, uint8_t, uint16_t>},
+         {kLutKernel<Family, Clut, uint16_t, uint8_t>, from16to16}}};
 }
 
-/// LUT kinds, by family (lut8; lut16, lutAToB and lutBToA) and by LutStateKind.
+/// LUT kinds, by family (lut8; lut16, lutAToB and lutBToA) and by interpolation.
 constexpr KernelRow kLutRows[2][3] = {
     {lutRow<Lut8Family, TetraClut>(), lutRow<Lut8Family, PentaClut>(),
      lutRow<Lut8Family, PlainClut>()},
@@ -47,95 +52,122 @@ constexpr KernelRow kLutRows[2][3] = {
      lutRow<Lut16Family, PentaClut>(lutOnAllCores<PentaClut>), lutRow<Lut16Family, PlainClut>()},
 };
 
-void trcMatrix8(const void* state, const void* source, void* destination, int pixels) {
-    icConvertTrcMatrix(state, static_cast<const uint8_t*>(source),
-                       static_cast<uint16_t*>(destination), pixels);
-}
-void trcMatrix16(const void* state, const void* source, void* destination, int pixels) {
-    icConvertTrcMatrix(state, static_cast<const uint16_t*>(source),
-                       static_cast<uint16_t*>(destination), pixels);
-}
-void matrixTrc16(const void* state, const void* source, void* destination, int pixels) {
-    icConvertMatrixTrc(state, static_cast<const uint16_t*>(source),
-                       static_cast<uint16_t*>(destination), pixels);
+constexpr KernelFn kTrcMatrixOnAllCores =
+    kernelOnAllCores<trcMatrix_t, trcThenMatrix<uint16_t, uint16_t>>;
+
+template <class In, class Out>
+constexpr KernelFn kTrcMatrix = kernel<trcMatrix_t, In, Out, trcThenMatrix<In, Out>>;
+template <class In, class Out>
+constexpr KernelFn kMatrixTrc = kernel<trcMatrix_t, In, Out, matrixThenTrc<In, Out>>;
+template <class In>
+constexpr KernelFn kGrayTrcToPcs = kernel<trcMatrix_t, In, uint16_t, grayTrcToPcs>;
+template <class In, class Out>
+constexpr KernelFn kGrayToLab = kernel<GrayConv_t, In, Out, grayToLab<In, Out>>;
+template <class In, class Out>
+constexpr KernelFn kLabToGray = kernel<GrayConv_t, In, Out, labToGray<In, Out>>;
+
+/// A kernel with the shape of the exported ones.
+template <void (*Convert)(const void*, const unsigned short*, unsigned short*, int)>
+void exported(const void* state, const void* source, void* destination, int pixels, CurveMask) {
+    Convert(state, static_cast<const unsigned short*>(source),
+            static_cast<unsigned short*>(destination), pixels);
 }
 
-/// Matrix/TRC kinds. There is no kernel from 16 to 8 bits; gray states have one for 16-bit samples
-/// in either direction and one from 8-bit gray.
-struct MatrixRow {
+/// The kinds that a transform can be converted by, and those that stand in chains only.
+enum class Use { kAnywhere, kInChains };
+
+/// Kernels of one kind. The matrix/TRC kinds have a form of their own for gray devices.
+struct KindRow {
     uint32_t kind;
-    bool gray;
+    Use use;
+    bool grayTrc;
     KernelRow kernels;
 };
-constexpr MatrixRow kMatrixRows[] = {
+
+constexpr KernelRow only16(KernelFn from16to16) {
+    return {{{nullptr, nullptr}, {nullptr, from16to16}}};
+}
+
+/// Kinds beside the LUT kinds. None has a kernel from 16 to 8 bits.
+constexpr KindRow kKindRows[] = {
     {kKindTrcMatrix,
+     Use::kAnywhere,
      false,
-     {{{kernel<trcMatrix_t, uint8_t, uint8_t, trcThenMatrix<uint8_t, uint8_t>>, trcMatrix8},
-       {nullptr, trcMatrix16}}}},
+     {{{kTrcMatrix<uint8_t, uint8_t>, kTrcMatrix<uint8_t, uint16_t>},
+       {nullptr, kTrcMatrixOnAllCores}}}},
     {kKindMatrixTrc,
+     Use::kAnywhere,
      false,
-     {{{kernel<trcMatrix_t, uint8_t, uint8_t, matrixThenTrc<uint8_t, uint8_t>>,
-        kernel<trcMatrix_t, uint8_t, uint16_t, matrixThenTrc<uint8_t, uint16_t>>},
-       {nullptr, matrixTrc16}}}},
-    {kKindTrcMatrix, true, {{{nullptr, trcMatrix8}, {nullptr, trcMatrix16}}}},
-    {kKindMatrixTrc, true, {{{nullptr, nullptr}, {nullptr, matrixTrc16}}}},
+     {{{kMatrixTrc<uint8_t, uint8_t>, kMatrixTrc<uint8_t, uint16_t>},
+       {nullptr, kMatrixTrc<uint16_t, uint16_t>}}}},
+    {kKindTrcMatrix,
+     Use::kAnywhere,
+     true,
+     {{{nullptr, kGrayTrcToPcs<uint8_t>}, {nullptr, kGrayTrcToPcs<uint16_t>}}}},
+    {kKindMatrixTrc, Use::kAnywhere, true,
+     only16(kernel<trcMatrix_t, uint16_t, uint16_t, pcsToGrayTrc>)},
+    {kKindGrayToLab,
+     Use::kAnywhere,
+     false,
+     {{{kGrayToLab<uint8_t, uint8_t>, kGrayToLab<uint8_t, uint16_t>},
+       {nullptr, kGrayToLab<uint16_t, uint16_t>}}}},
+    {kKindLabToGray,
+     Use::kAnywhere,
+     false,
+     {{{kLabToGray<uint8_t, uint8_t>, kLabToGray<uint8_t, uint16_t>},
+       {nullptr, kernelOnAllCores<GrayConv_t, labToGray<uint16_t, uint16_t>>}}}},
+    {kKindLabToXyz, Use::kInChains, false, only16(exported<icConvertLabToXyz>)},
+    {kKindXyzToLab, Use::kInChains, false, only16(exported<icConvertXYZToLab>)},
+    {kKindTableStage, Use::kInChains, false, only16(convertThroughTables)},
+    {kKindAbsolute, Use::kInChains, false, only16(kernelOnAllCores<WhiteScaling, scaleWhite>)},
+    {kKindPerceptualToRelative, Use::kInChains, false,
+     only16(kernelOnAllCores<icBlackWhite_t, squeezeIntoDevice>)},
+    {kKindRelativeToPerceptual, Use::kInChains, false,
+     only16(kernelOnAllCores<icBlackWhite_t, stretchFromDevice>)},
 };
 
-void labToGray16(const void* state, const void* source, void* destination, int pixels) {
-    runOnAllCores<GrayConv_t, convertGray<uint16_t, uint16_t, outTablesOf>>(
-        *static_cast<const GrayConv_t*>(state), static_cast<const uint16_t*>(source),
-        static_cast<uint16_t*>(destination), pixels, 3, 3);
+const KernelRow* lutRowOf(const icXformInternal& xform) {
+    if (lutStateOf(xform) == nullptr) return nullptr;
+    const auto& rows = kLutRows[xform.kind == kTypeLut8 ? 0 : 1];
+    if (xform.state.as<icLutTetraState_t>() != nullptr) return &rows[0];
+    return xform.state.as<icLutPentaState_t>() != nullptr ? &rows[1] : &rows[2];
 }
 
-template <class In, class Out, GrayTableView (*TablesOf)(const GrayConv_t&)>
-constexpr KernelFn kGrayKernel = kernel<GrayConv_t, In, Out, convertGray<In, Out, TablesOf>>;
-
-/// Gray kinds. There is no kernel from 16 to 8 bits.
-constexpr KernelRow kGrayToLabRow = {
-    {{kGrayKernel<uint8_t, uint8_t, inTablesOf>, kGrayKernel<uint8_t, uint16_t, inTablesOf>},
-     {nullptr, kGrayKernel<uint16_t, uint16_t, inTablesOf>}}};
-constexpr KernelRow kLabToGrayRow = {
-    {{kGrayKernel<uint8_t, uint8_t, outTablesOf>, kGrayKernel<uint8_t, uint16_t, outTablesOf>},
-     {nullptr, labToGray16}}};
-
-BoundKernel lutKernelOf(const icXformInternal& xform, Depth in, Depth out) {
-    const icLutState_t* lut = lutStateOf(xform);
-    if (lut == nullptr) return {};
-    const void* states[] = {xform.tetraState, xform.pentaState, xform.state};
-    size_t kind = 0;
-    while (states[kind] == nullptr)
-        ++kind;
-    const int family = xform.kind == kTypeLut8 ? 0 : 1;
-    return {kLutRows[family][kind].at(in, out), states[kind], lut->inChannels, lut->outChannels,
-            false};
+bool isGrayTrc(const icXformInternal& xform) {
+    const auto* s = xform.state.as<trcMatrix_t>();
+    return s != nullptr && (xform.kind == kKindMatrixTrc ? s->outSpace : s->inSpace) == kSpaceGray;
 }
 
-BoundKernel matrixKernelOf(const icXformInternal& xform, Depth in, Depth out) {
-    const auto* state = static_cast<const trcMatrix_t*>(xform.state);
-    if (state == nullptr) return {};
-    const bool toDevice = xform.kind == kKindMatrixTrc;
-    const bool gray = (toDevice ? state->outSpace : state->inSpace) == kSpaceGray;
-    for (const MatrixRow& row : kMatrixRows) {
-        if (row.kind != xform.kind || row.gray != gray) continue;
-        // The 8-bit gray kernel may drop samples, which moves those of the rest of its run.
-        const bool perLine = gray && in == Depth::k8;
-        return {row.kernels.at(in, out), state, gray && !toDevice ? 1 : 3, gray && toDevice ? 1 : 3,
-                perLine};
-    }
-    return {};
+const KernelRow* kindRowOf(const icXformInternal& xform, Use use) {
+    const bool gray = isGrayTrc(xform);
+    const auto* row = std::find_if(std::begin(kKindRows), std::end(kKindRows), [&](const auto& r) {
+        return r.kind == xform.kind && r.grayTrc == gray &&
+               (r.use == use || r.use == Use::kAnywhere);
+    });
+    return row == std::end(kKindRows) || !xform.state ? nullptr : &row->kernels;
+}
+
+BoundKernel bind(const icXformInternal& xform, Depth in, Depth out, Use use, CurveMask curves) {
+    const KernelRow* row = isLutType(xform.kind) ? lutRowOf(xform) : kindRowOf(xform, use);
+    if (row == nullptr) return {};
+    // The 8-bit gray kernel may drop samples, which moves those of the rest of its run.
+    const bool perLine = in == Depth::k8 && isGrayTrc(xform);
+    return {row->at(in, out),
+            xform.state.get(),
+            static_cast<int>(xform.inChannels),
+            static_cast<int>(xform.outChannels),
+            perLine,
+            curves};
 }
 
 }  // namespace
 
 BoundKernel chooseKernel(const icXformInternal& xform, Depth in, Depth out) {
-    if (isLutType(xform.kind)) return lutKernelOf(xform, in, out);
-    if (xform.kind == kKindTrcMatrix || xform.kind == kKindMatrixTrc) {
-        return matrixKernelOf(xform, in, out);
-    }
-    if (xform.state == nullptr) return {};
-    if (xform.kind == kKindGrayToLab) return {kGrayToLabRow.at(in, out), xform.state, 3, 3, false};
-    if (xform.kind == kKindLabToGray) return {kLabToGrayRow.at(in, out), xform.state, 3, 3, false};
-    return {};
+    return bind(xform, in, out, Use::kAnywhere, {});
+}
+
+BoundKernel chooseStageKernel(const icXformInternal& xform, CurveMask curves) {
+    return bind(xform, Depth::k16, Depth::k16, Use::kInChains, curves);
 }
 
 }  // namespace lumoxa

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <array>
 
+#include "base/pcs_encoding.h"
+#include "base/power.h"
 #include "eval/kernel.h"
-#include "profile/pcs_encoding.h"
-#include "profile/power.h"
 
 namespace lumoxa {
 namespace {
@@ -78,8 +78,8 @@ uint16_t clippedSample(int v) {
     return static_cast<uint16_t>(std::clamp(v, 0, 65535));
 }
 
-void xyzToLab(const XyzToLab_t& s, const uint16_t* source, uint16_t* destination,
-              ptrdiff_t pixels) {
+void xyzToLab(const XyzToLab_t& s, const uint16_t* source, uint16_t* destination, ptrdiff_t pixels,
+              CurveMask) {
     for (ptrdiff_t i = 0; i < pixels; ++i, source += 3, destination += 3) {
         const int fx = s.fTable[0][source[0]];
         const int fy = s.fTable[1][source[1]];
@@ -93,8 +93,8 @@ void xyzToLab(const XyzToLab_t& s, const uint16_t* source, uint16_t* destination
     }
 }
 
-void labToXyz(const LabToXyz_t& s, const uint16_t* source, uint16_t* destination,
-              ptrdiff_t pixels) {
+void labToXyz(const LabToXyz_t& s, const uint16_t* source, uint16_t* destination, ptrdiff_t pixels,
+              CurveMask) {
     for (ptrdiff_t i = 0; i < pixels; ++i, source += 3, destination += 3) {
         const auto a = static_cast<float>(source[1] - kLabNeutral);
         const auto b = static_cast<float>(source[2] - kLabNeutral);
@@ -138,12 +138,10 @@ using namespace lumoxa;
 
 void icConvertXYZToLab(const void* state, const unsigned short* source, unsigned short* destination,
                        int pixels) {
-    runOnAllCores<XyzToLab_t, xyzToLab>(*static_cast<const XyzToLab_t*>(state), source, destination,
-                                        pixels, 3, 3);
+    kernelOnAllCores<XyzToLab_t, xyzToLab>(state, source, destination, pixels, {});
 }
 
 void icConvertLabToXyz(const void* state, const unsigned short* source, unsigned short* destination,
                        int pixels) {
-    runOnAllCores<LabToXyz_t, labToXyz>(*static_cast<const LabToXyz_t*>(state), source, destination,
-                                        pixels, 3, 3);
+    kernelOnAllCores<LabToXyz_t, labToXyz>(state, source, destination, pixels, {});
 }

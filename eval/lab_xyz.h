@@ -24,7 +24,7 @@ struct LabToXyzState : LabToXyz_t {
 std::unique_ptr<XyzToLabState> makeXyzToLab(const uint16_t* white);
 
 /// As makeXyzToLab. `fullScaleL`: source L* 0..100 is 0..65535 instead of 0..65280; a* and b* are
-/// read alike, and the way back always writes 0..65280. The asymmetry is deliberate.
+/// read alike. The way back has no such form: it writes 0..65280.
 std::unique_ptr<LabToXyzState> makeLabToXyz(const uint16_t* white, bool fullScaleL);
 
 }  // namespace lumoxa

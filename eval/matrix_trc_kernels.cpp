@@ -32,20 +32,22 @@ GrayAxis grayAxis(uint32_t space) {
 }  // namespace
 
 void grayTrcToPcs(const trcMatrix_t& s, const uint16_t* source, uint16_t* destination,
-                  ptrdiff_t pixels) {
+                  ptrdiff_t pixels, CurveMask mask) {
+    const bool curves = mask.input && s.hasCurves != 0;
     const GrayAxis axis = grayAxis(s.outSpace);
     for (ptrdiff_t i = 0; i < pixels; ++i, destination += 3) {
-        const float v = grayValue(s, source[i]);
+        const float v = grayValue(s, source[i], curves);
         for (int c = 0; c < 3; ++c)
             destination[c] = graySample(v * axis.factor[c] + axis.offset[c]);
     }
 }
 
 void grayTrcToPcs(const trcMatrix_t& s, const uint8_t* source, uint16_t* destination,
-                  ptrdiff_t pixels) {
+                  ptrdiff_t pixels, CurveMask mask) {
+    const bool curves = mask.input && s.hasCurves != 0;
     const GrayAxis axis = grayAxis(s.outSpace);
     for (ptrdiff_t i = 0; i < pixels; ++i) {
-        const float v = grayValue(s, source[i]);
+        const float v = grayValue(s, source[i], curves);
         const uint16_t first = graySample(v * axis.factor[0] + axis.offset[0]);
         if (first < kLabLMax) *destination++ = first;
         *destination++ = graySample(v * axis.factor[1] + axis.offset[1]);
@@ -54,9 +56,9 @@ void grayTrcToPcs(const trcMatrix_t& s, const uint8_t* source, uint16_t* destina
 }
 
 void pcsToGrayTrc(const trcMatrix_t& s, const uint16_t* source, uint16_t* destination,
-                  ptrdiff_t pixels) {
+                  ptrdiff_t pixels, CurveMask mask) {
     constexpr float kXyzStep = 3.0517578e-5f;  // 1 / 32768
-    const bool curves = s.hasCurves != 0;
+    const bool curves = mask.output && s.hasCurves != 0;
     const bool lab = s.inSpace == kSpaceLab;
     const float top = curves ? static_cast<float>(s.curveEntries - 1) : kSampleMax16;
     const float scale = lab ? top / static_cast<float>(kLabLMax) : top * kXyzStep;
@@ -76,9 +78,9 @@ void icConvertTrcMatrix(const void* state, const unsigned char* source, unsigned
                         int pixels) {
     const auto& s = *static_cast<const trcMatrix_t*>(state);
     if (s.inSpace == kSpaceGray) {
-        grayTrcToPcs(s, source, destination, pixels);
+        grayTrcToPcs(s, source, destination, pixels, {});
     } else {
-        trcThenMatrix(s, source, destination, pixels);
+        trcThenMatrix(s, source, destination, pixels, {});
     }
 }
 
@@ -86,10 +88,10 @@ void icConvertTrcMatrix(const void* state, const unsigned short* source,
                         unsigned short* destination, int pixels) {
     const auto& s = *static_cast<const trcMatrix_t*>(state);
     if (s.inSpace == kSpaceGray) {
-        grayTrcToPcs(s, source, destination, pixels);
+        grayTrcToPcs(s, source, destination, pixels, {});
     } else {
-        runOnAllCores<trcMatrix_t, trcThenMatrix<uint16_t, uint16_t>>(s, source, destination,
-                                                                      pixels, 3, 3);
+        kernelOnAllCores<trcMatrix_t, trcThenMatrix<uint16_t, uint16_t>>(state, source, destination,
+                                                                         pixels, {});
     }
 }
 
@@ -97,8 +99,8 @@ void icConvertMatrixTrc(const void* state, const unsigned short* source,
                         unsigned short* destination, int pixels) {
     const auto& s = *static_cast<const trcMatrix_t*>(state);
     if (s.outSpace == kSpaceGray) {
-        pcsToGrayTrc(s, source, destination, pixels);
+        pcsToGrayTrc(s, source, destination, pixels, {});
     } else {
-        matrixThenTrc(s, source, destination, pixels);
+        matrixThenTrc(s, source, destination, pixels, {});
     }
 }

@@ -9,9 +9,10 @@
 #include <cstdint>
 #include <limits>
 
+#include "base/pcs_encoding.h"
 #include "lumoxa/evaluate.h"
+#include "lut/curve_mask.h"
 #include "lut/table_lookup.h"
-#include "profile/pcs_encoding.h"
 
 namespace lumoxa {
 
@@ -28,10 +29,11 @@ inline float matrixRow(const float* m, const float* c) {
 
 /// Tone curves, then matrix, three channels. Results are clipped.
 template <class In, class Out>
-void trcThenMatrix(const trcMatrix_t& s, const In* source, Out* destination, ptrdiff_t pixels) {
+void trcThenMatrix(const trcMatrix_t& s, const In* source, Out* destination, ptrdiff_t pixels,
+                   CurveMask mask) {
     const int32_t last = s.curveEntries - 2;
     const float scale = static_cast<float>(s.curveEntries - 1) / kFullScale<In>;
-    const bool curves = s.hasCurves != 0;
+    const bool curves = mask.input && s.hasCurves != 0;
     for (ptrdiff_t i = 0; i < pixels; ++i, source += 3, destination += 3) {
         float c[3];
         for (int k = 0; k < 3; ++k) {
@@ -45,14 +47,14 @@ void trcThenMatrix(const trcMatrix_t& s, const In* source, Out* destination, ptr
 }
 
 /// Matrix, then inverse tone curves, three channels. What the curves give is stored without
-/// clipping, so a table value above 65535 wraps: deliberate, and visible to callers. Only 16-bit
-/// sources are limited before the curves; what an 8-bit source drives below 0 extends the first
-/// segment.
+/// clipping, so a table value above 65535 wraps. Only 16-bit sources are limited before the curves;
+/// what an 8-bit source drives below 0 extends the first segment.
 template <class In, class Out>
-void matrixThenTrc(const trcMatrix_t& s, const In* source, Out* destination, ptrdiff_t pixels) {
+void matrixThenTrc(const trcMatrix_t& s, const In* source, Out* destination, ptrdiff_t pixels,
+                   CurveMask mask) {
     const int32_t last = s.curveEntries - 2;
     const float scale = static_cast<float>(s.curveEntries - 1) / kFullScale<In>;
-    const bool curves = s.hasCurves != 0;
+    const bool curves = mask.output && s.hasCurves != 0;
     for (ptrdiff_t i = 0; i < pixels; ++i, source += 3, destination += 3) {
         const float c[3] = {static_cast<float>(source[0]), static_cast<float>(source[1]),
                             static_cast<float>(source[2])};
@@ -69,9 +71,9 @@ void matrixThenTrc(const trcMatrix_t& s, const In* source, Out* destination, ptr
 
 /// The linear gray value of a device sample, 0..65535 with curves; without, the raw sample.
 template <class In>
-float grayValue(const trcMatrix_t& s, In sample) {
+float grayValue(const trcMatrix_t& s, In sample, bool curves) {
     const auto raw = static_cast<float>(sample);
-    if (s.hasCurves == 0) return raw;
+    if (!curves) return raw;
     const float scale = static_cast<float>(s.curveEntries - 1) / kFullScale<In>;
     return clipped(lookUp(s.curves[0], s.curveEntries - 2, raw * scale), kSampleMax16);
 }
@@ -79,16 +81,15 @@ float grayValue(const trcMatrix_t& s, In sample) {
 /// Gray device samples to the connection space: along the axis of the D50 white for XYZ, along L*
 /// for Lab.
 void grayTrcToPcs(const trcMatrix_t& s, const uint16_t* source, uint16_t* destination,
-                  ptrdiff_t pixels);
+                  ptrdiff_t pixels, CurveMask mask);
 
 /// As the 16-bit form, but a first sample is stored only while it lies below the top; otherwise the
-/// rest of the run moves up by one sample. Deliberate: callers that convert line by line see it per
-/// line.
+/// rest of the run moves up by one sample. A run is thus a line, or lines would run together.
 void grayTrcToPcs(const trcMatrix_t& s, const uint8_t* source, uint16_t* destination,
-                  ptrdiff_t pixels);
+                  ptrdiff_t pixels, CurveMask mask);
 
 /// Connection space to gray device samples: L* of Lab or Y of XYZ through the inverse curve.
 void pcsToGrayTrc(const trcMatrix_t& s, const uint16_t* source, uint16_t* destination,
-                  ptrdiff_t pixels);
+                  ptrdiff_t pixels, CurveMask mask);
 
 }  // namespace lumoxa

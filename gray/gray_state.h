@@ -5,14 +5,18 @@
 
 #include <memory>
 
+#include "base/byte_order.h"
+#include "base/c_heap.h"
+#include "base/pcs_encoding.h"
 #include "lumoxa/gray.h"
-#include "profile/byte_order.h"
-#include "profile/c_heap.h"
-#include "profile/pcs_encoding.h"
+#include "profile/signatures.h"
 
 namespace lumoxa {
 
-/// Offsets within the gray tag, and the layouts it can have.
+/// The private gray tag.
+inline constexpr icTagSignature kGrayTag = fourcc("wzgd");
+
+/// Offsets within it, and the layouts it can have.
 namespace gray_layout {
 inline constexpr uint32_t kGridSize = 8;
 inline constexpr uint32_t kSteps = 10;

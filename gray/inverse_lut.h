@@ -9,11 +9,11 @@ namespace lumoxa {
 inline constexpr int kInverseLutPoints = 18;
 
 /// Finds where the spline of kInverseLutPoints points takes the value `target` between `lower` and
-/// `upper`, by Brent's root-finding method (van Wijngaarden, Dekker, Brent), and writes it.
+/// `upper`, by Brent's root-finding method, and writes it.
 ///
-/// The root need not lie between the ends. When 100 iterations don't find one, the result is left
-/// as it is and a line says so on the standard error stream: deliberate, a table builder that keeps
-/// one result slot then repeats the entry before.
+/// The root need not lie between the ends. When 100 steps don't find one, a line says so on the
+/// standard error stream and the result is left as it is: a table builder that keeps one result
+/// slot repeats the entry before.
 void get_inv_lut(float target, const float* x, const float* y, const float* y2, float lower,
                  float upper, float* result);
 

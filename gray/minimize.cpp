@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 #include <vector>
 
 #include "gray/spline.h"
@@ -10,68 +11,111 @@
 namespace lumoxa {
 namespace {
 
-constexpr int kMostIterations = 100;
-constexpr float kGolden = 0.381966f;  // (3 - sqrt 5) / 2
-constexpr float kSmallest = 1e-10f;   // a step where the minimum lies at 0
+constexpr int kMostSteps = 100;
+constexpr float kGoldenSection = 0.381966f;  // (3 - sqrt 5) / 2 of the longer side
+constexpr float kShortestStep = 1e-10f;      // where the minimum lies at 0
 constexpr int kMostEvaluations = 500;
 
-float withSign(float magnitude, float sign) {
-    return sign >= 0.0f ? std::fabs(magnitude) : -std::fabs(magnitude);
-}
-
-/// An abscissa with its value.
+/// A place on the line and the function's value there.
 struct Sample {
-    float x, f;
+    float x, value;
 };
 
-/// State of Brent's minimisation: the best point, the second best, the second best before.
-struct LineSearch {
-    float lo, hi;
-    Sample best, second, third;
-    float d = 0.0f, e = 0.0f;  // the last step and the one before
+/// A step of that length, forward or back.
+float directed(float length, bool forward) {
+    return forward ? std::fabs(length) : -std::fabs(length);
+}
 
-    float middle() const { return 0.5f * (lo + hi); }
+/// The search along a line. The minimum lies in `low_` .. `high_`; the three samples are the lowest
+/// that were found, and may be one and the same.
+class ValleySearch {
+  public:
+    ValleySearch(float from, float to, Sample start)
+        : low_(std::min(from, to)),
+          high_(std::max(from, to)),
+          best_(start),
+          second_(start),
+          third_(start) {}
 
-    void goldenStep() {
-        e = best.x >= middle() ? lo - best.x : hi - best.x;
-        d = kGolden * e;
+    Sample best() const { return best_; }
+
+    /// Whether no place in the bracket lies farther than twice `reach` from the best one.
+    bool narrow(float reach) const {
+        return std::fabs(best_.x - middle()) <= 2.0f * reach - 0.5f * (high_ - low_);
     }
 
-    void parabolicStep(float tol1) {
-        float r = (best.x - second.x) * (best.f - third.f);
-        float q = (best.x - third.x) * (best.f - second.f);
-        float p = (best.x - third.x) * q - (best.x - second.x) * r;
-        q = 2.0f * (q - r);
-        if (q > 0.0f) p = -p;
-        q = std::fabs(q);
-        const float before = e;
-        e = d;
-        if (std::fabs(p) >= std::fabs(0.5f * q * before) || p <= q * (lo - best.x) ||
-            p >= q * (hi - best.x)) {
-            goldenStep();
-            return;
-        }
-        d = p / q;
-        const float u = best.x + d;
-        if (u - lo < 2.0f * tol1 || hi - u < 2.0f * tol1) d = withSign(tol1, middle() - best.x);
+    /// The next place to look at, at least `reach` from the best one.
+    float next(float reach) {
+        if (!(std::fabs(stepBefore_) > reach) || !stepToVertex(reach)) stepIntoLongerSide();
+        const bool longEnough = std::fabs(lastStep_) >= reach;
+        return best_.x + (longEnough ? lastStep_ : directed(reach, lastStep_ >= 0.0f));
     }
 
-    void take(Sample u) {
-        if (u.f <= best.f) {
-            (u.x >= best.x ? lo : hi) = best.x;
-            third = second;
-            second = best;
-            best = u;
-            return;
-        }
-        (u.x < best.x ? lo : hi) = u.x;
-        if (u.f <= second.f || second.x == best.x) {
-            third = second;
-            second = u;
-        } else if (u.f <= third.f || third.x == best.x || third.x == second.x) {
-            third = u;
+    void add(Sample sample) {
+        const bool lower = sample.value <= best_.value;
+        narrowTo(sample.x, lower);
+        if (lower) {
+            third_ = second_;
+            second_ = best_;
+            best_ = sample;
+        } else if (sample.value <= second_.value || second_.x == best_.x) {
+            third_ = second_;
+            second_ = sample;
+        } else if (sample.value <= third_.value || third_.x == best_.x || third_.x == second_.x) {
+            third_ = sample;
         }
     }
+
+  private:
+    float middle() const { return 0.5f * (low_ + high_); }
+
+    /// The bracket ends at the higher of the best sample and the new one.
+    void narrowTo(float x, bool lower) {
+        if (lower) {
+            (x >= best_.x ? low_ : high_) = best_.x;
+        } else {
+            (x < best_.x ? low_ : high_) = x;
+        }
+    }
+
+    void stepIntoLongerSide() {
+        stepBefore_ = best_.x >= middle() ? low_ - best_.x : high_ - best_.x;
+        lastStep_ = kGoldenSection * stepBefore_;
+    }
+
+    /// Steps to the vertex of the parabola through the three samples, where that lies inside the
+    /// bracket and less than half the step before the last one away.
+    bool stepToVertex(float reach) {
+        const float fromSecond = best_.x - second_.x;
+        const float fromThird = best_.x - third_.x;
+        const float fallToSecond = fromThird * (best_.value - second_.value);
+        const float fallToThird = fromSecond * (best_.value - third_.value);
+        float numerator = fromThird * fallToSecond - fromSecond * fallToThird;
+        float denominator = 2.0f * (fallToSecond - fallToThird);
+        if (denominator > 0.0f) numerator = -numerator;
+        denominator = std::fabs(denominator);
+
+        const bool shrinks = !(std::fabs(numerator) >= std::fabs(0.5f * denominator * stepBefore_));
+        const bool inside = !(numerator <= denominator * (low_ - best_.x)) &&
+                            !(numerator >= denominator * (high_ - best_.x));
+        if (!shrinks || !inside) return false;
+        stepBefore_ = lastStep_;
+        lastStep_ = numerator / denominator;
+        keepOffTheEnds(reach);
+        return true;
+    }
+
+    void keepOffTheEnds(float reach) {
+        const float x = best_.x + lastStep_;
+        if (x - low_ < 2.0f * reach || high_ - x < 2.0f * reach) {
+            lastStep_ = directed(reach, middle() - best_.x >= 0.0f);
+        }
+    }
+
+    float low_, high_;
+    Sample best_, second_, third_;
+    float lastStep_ = 0.0f;
+    float stepBefore_ = 0.0f;
 };
 
 /// The vertices of a simplex with what the moves need of them.
@@ -79,24 +123,25 @@ class Simplex {
   public:
     Simplex(double** vertices, double* values, int ndim, SimplexObjective objective,
             int* evaluations, void* context)
-        : p_(vertices),
+        : vertices_(vertices),
           values_(values),
-          ndim_(ndim),
+          dimension_(static_cast<size_t>(ndim)),
           objective_(objective),
           evaluations_(evaluations),
           context_(context),
-          sums_(static_cast<size_t>(ndim)),
-          trial_(static_cast<size_t>(ndim)) {
+          sums_(dimension_),
+          trial_(dimension_) {
         sumUp();
     }
 
     /// Indices of the best, the worst and the second worst vertex.
     struct Ranks {
-        int best, worst, nextWorst;
+        size_t best, worst, nextWorst;
     };
     Ranks rank() const {
-        Ranks r{0, values_[0] > values_[1] ? 0 : 1, values_[0] > values_[1] ? 1 : 0};
-        for (int i = 0; i <= ndim_; ++i) {
+        const bool fallsAtFirst = values_[0] > values_[1];
+        Ranks r{0, fallsAtFirst ? 0U : 1U, fallsAtFirst ? 1U : 0U};
+        for (size_t i = 0; i <= dimension_; ++i) {
             if (values_[i] < values_[r.best]) r.best = i;
             if (values_[i] > values_[r.worst]) {
                 r.nextWorst = r.worst;
@@ -108,56 +153,58 @@ class Simplex {
         return r;
     }
 
-    /// Tries the point on the line from the worst vertex through the face of the others; it takes
-    /// the vertex's place where it is better. Factor -1 reflects, 2 expands, 0.5 contracts.
-    double tryMove(int worst, double factor) {
-        const double fac1 = (1.0 - factor) / ndim_;
-        const double fac2 = fac1 - factor;
-        for (int j = 0; j < ndim_; ++j)
-            trial_[index(j)] = sums_[index(j)] * fac1 - p_[worst][j] * fac2;
-        const double value = objective_(trial_.data(), context_);
-        ++*evaluations_;
+    /// Tries `factor` x the worst vertex + (1 - factor) x the centre of the others: -1 reflects, 2
+    /// expands, 0.5 contracts. The point takes the vertex's place where it is better.
+    double tryMove(size_t worst, double factor) {
+        double* const vertex = vertices_[worst];
+        const double ofSum = (1.0 - factor) / static_cast<double>(dimension_);
+        const double ofVertex = ofSum - factor;  // which the sum has once already
+        for (size_t j = 0; j < dimension_; ++j)
+            trial_[j] = sums_[j] * ofSum - vertex[j] * ofVertex;
+        const double value = evaluate(trial_);
         if (value < values_[worst]) {
             values_[worst] = value;
-            for (int j = 0; j < ndim_; ++j) {
-                sums_[index(j)] += trial_[index(j)] - p_[worst][j];
-                p_[worst][j] = trial_[index(j)];
+            for (size_t j = 0; j < dimension_; ++j) {
+                sums_[j] += trial_[j] - vertex[j];
+                vertex[j] = trial_[j];
             }
         }
         return value;
     }
 
     /// Moves every vertex halfway to the best one.
-    void shrink(int best) {
-        for (int i = 0; i <= ndim_; ++i) {
+    void shrink(size_t best) {
+        for (size_t i = 0; i <= dimension_; ++i) {
             if (i == best) continue;
-            for (int j = 0; j < ndim_; ++j)
-                p_[i][j] = sums_[index(j)] = 0.5 * (p_[i][j] + p_[best][j]);
-            values_[i] = objective_(sums_.data(), context_);
+            for (size_t j = 0; j < dimension_; ++j)
+                vertices_[i][j] = trial_[j] = 0.5 * (vertices_[i][j] + vertices_[best][j]);
+            values_[i] = evaluate(trial_);
         }
-        *evaluations_ += ndim_;
         sumUp();
     }
 
-    double value(int i) const { return values_[i]; }
+    double value(size_t i) const { return values_[i]; }
 
   private:
-    static size_t index(int j) { return static_cast<size_t>(j); }
+    double evaluate(const std::vector<double>& point) {
+        ++*evaluations_;
+        return objective_(point.data(), context_);
+    }
     void sumUp() {
-        for (int j = 0; j < ndim_; ++j) {
-            sums_[index(j)] = 0.0;
-            for (int i = 0; i <= ndim_; ++i)
-                sums_[index(j)] += p_[i][j];
+        for (size_t j = 0; j < dimension_; ++j) {
+            sums_[j] = 0.0;
+            for (size_t i = 0; i <= dimension_; ++i)
+                sums_[j] += vertices_[i][j];
         }
     }
 
-    double** p_;
+    double** vertices_;
     double* values_;
-    int ndim_;
+    size_t dimension_;
     SimplexObjective objective_;
     int* evaluations_;
     void* context_;
-    std::vector<double> sums_;
+    std::vector<double> sums_;  // of each coordinate over all vertices
     std::vector<double> trial_;
 };
 
@@ -167,24 +214,17 @@ float icSplineMinimize(float a, float b, float c, const float* x, const float* y
                        int n, float tolerance, float* abscissa) {
     const auto sampleAt = [&](float t) {
         Sample sample{t, 0.0f};
-        icSplineEval(x, y, y2, n, t, &sample.f);
+        icSplineEval(x, y, y2, n, t, &sample.value);
         return sample;
     };
-    const Sample start = sampleAt(b);
-    LineSearch s{std::min(a, c), std::max(a, c), start, start, start};
-    for (int i = 0; i < kMostIterations; ++i) {
-        const float xm = s.middle();
-        const float tol1 = tolerance * std::fabs(s.best.x) + kSmallest;
-        if (std::fabs(s.best.x - xm) <= 2.0f * tol1 - 0.5f * (s.hi - s.lo)) break;
-        if (std::fabs(s.e) > tol1) {
-            s.parabolicStep(tol1);
-        } else {
-            s.goldenStep();
-        }
-        s.take(sampleAt(s.best.x + (std::fabs(s.d) >= tol1 ? s.d : withSign(tol1, s.d))));
+    ValleySearch search(a, c, sampleAt(b));
+    for (int step = 0; step < kMostSteps; ++step) {
+        const float reach = tolerance * std::fabs(search.best().x) + kShortestStep;
+        if (search.narrow(reach)) break;
+        search.add(sampleAt(search.next(reach)));
     }
-    *abscissa = s.best.x;
-    return s.best.f;
+    *abscissa = search.best().x;
+    return search.best().value;
 }
 
 int icSimplexMinimize(double** vertices, double* values, int ndim, double ftol,
@@ -196,16 +236,15 @@ int icSimplexMinimize(double** vertices, double* values, int ndim, double ftol,
         const double lowest = simplex.value(best);
         const double highest = simplex.value(worst);
         if (ftol * ftol > highest || ftol > 2.0 * (highest - lowest) / (lowest + highest)) {
-            return best;
+            return static_cast<int>(best);
         }
         if (*evaluations >= kMostEvaluations) return -1;
-        double tried = simplex.tryMove(worst, -1.0);
-        if (tried <= lowest) {
+        const double reflected = simplex.tryMove(worst, -1.0);
+        if (reflected <= lowest) {
             simplex.tryMove(worst, 2.0);
-        } else if (tried >= simplex.value(nextWorst)) {
+        } else if (reflected >= simplex.value(nextWorst)) {
             const double before = simplex.value(worst);
-            tried = simplex.tryMove(worst, 0.5);
-            if (tried >= before) simplex.shrink(best);
+            if (simplex.tryMove(worst, 0.5) >= before) simplex.shrink(best);
         }
     }
 }

@@ -6,11 +6,11 @@
 #include <limits>
 #include <vector>
 
+#include "base/entry_guard.h"
+#include "base/power.h"
 #include "gray/minimize.h"
 #include "gray/spline.h"
 #include "gray/surface_fit.h"
-#include "profile/entry_guard.h"
-#include "profile/power.h"
 
 namespace lumoxa {
 namespace {
@@ -80,7 +80,7 @@ void storePoint(const ToneCurves& curves, int i, float x, const TonePoint& point
 /// The search for the companions of one tone step.
 class CompanionSearch {
   public:
-    CompanionSearch(int n, const ToneRequest& request) : fit_(n, 0), request_(request) {
+    CompanionSearch(int n, const ToneRequest& request) : fit_(n), request_(request) {
         for (int i = 0; i < n; ++i)
             fit_.abscissae[static_cast<size_t>(i)] =
                 kDeviceTop * static_cast<float>(i) / static_cast<float>(n - 1);
@@ -274,9 +274,10 @@ void refitToneCurves(GrayConv_t& state, const ToneRequest& request) {
 
 }  // namespace lumoxa
 
+using namespace lumoxa;
+
 int icBuildGrayPreLuts(int n, int steps, const float* samples, int layoutFlag,
                        const unsigned short* pair, float parameter, float* const curves[6]) {
-    using namespace lumoxa;
     if (curves == nullptr || std::find(curves, curves + 6, nullptr) != curves + 6 ||
         !canFitGray(n, steps, layoutFlag, samples)) {
         return icErrInvalid;

@@ -5,7 +5,7 @@
 #include <numeric>
 #include <vector>
 
-#include "profile/pcs_encoding.h"
+#include "base/pcs_encoding.h"
 
 namespace lumoxa {
 namespace {

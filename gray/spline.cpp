@@ -8,30 +8,67 @@
 
 namespace lumoxa {
 
+namespace {
+
+/// Slope of the straight line from point i to the next.
+float slopeAfter(const float* x, const float* y, int i) {
+    return (y[i + 1] - y[i]) / (x[i + 1] - x[i]);
+}
+
+/// Row i of the system: share m[i-1] + 2 m[i] + (1 - share) m[i+1] = 6 x the change of slope /
+/// span, m being the second derivatives.
+struct SystemRow {
+    double share;  // of the span: what lies before the point
+    double rightSide;
+};
+
+SystemRow systemRow(const float* x, const float* y, int i) {
+    const double share = (x[i] - x[i - 1]) / (x[i + 1] - x[i - 1]);
+    const double span = x[i + 1] - x[i - 1];
+    const float bend = slopeAfter(x, y, i) - slopeAfter(x, y, i - 1);
+    return {share, 6.0 * bend / span};
+}
+
+/// Index of the point at either end of the interval in which `t` lies.
+struct Interval {
+    int low, high;
+};
+
+Interval intervalOf(const float* x, int n, float t) {
+    const bool falling = x[0] > x[n - 1];
+    Interval found{falling ? n - 1 : 0, falling ? 0 : n - 1};
+    while (std::abs(found.high - found.low) > 1) {
+        const int middle = (found.low + found.high) >> 1;
+        (x[middle] > t ? found.high : found.low) = middle;
+    }
+    return found;
+}
+
+}  // namespace
+
 int icSplineBuild(const float* x, const float* y, int n, float* y2) {
     if (n < 2) {
         std::fill_n(y2, std::max(n, 0), 0.0f);
         return 0;
     }
     const std::unique_ptr<double[]> scratch(new (std::nothrow) double[static_cast<size_t>(n)]);
-    double* const u = scratch.get();
-    if (u == nullptr) return 1;
+    double* const constants = scratch.get();
+    if (constants == nullptr) return 1;
+    // On the way up, each row is freed of the derivative before: what remains is
+    // m[i] = y2[i] m[i+1] + constants[i]. The first row says that the natural spline starts
+    // straight.
     y2[0] = 0.0f;
-    u[0] = 0.0;
+    constants[0] = 0.0;
     for (int i = 1; i < n - 1; ++i) {
-        const double span = x[i + 1] - x[i - 1];
-        const double sig = (x[i] - x[i - 1]) / (x[i + 1] - x[i - 1]);
-        const double p = sig * y2[i - 1] + 2.0;
-        y2[i] = static_cast<float>((sig - 1.0) / p);
-        const float bend =
-            (y[i + 1] - y[i]) / (x[i + 1] - x[i]) - (y[i] - y[i - 1]) / (x[i] - x[i - 1]);
-        u[i] = (6.0 * bend / span - sig * u[i - 1]) / p;
+        const SystemRow row = systemRow(x, y, i);
+        const double pivot = row.share * y2[i - 1] + 2.0;
+        y2[i] = static_cast<float>((row.share - 1.0) / pivot);
+        constants[i] = (row.rightSide - row.share * constants[i - 1]) / pivot;
     }
-    // The natural end: zero, unless a value above is not finite.
-    y2[n - 1] = static_cast<float>((0.0 - 0.0 * u[n - 2]) / (0.0 * y2[n - 2] + 1.0));
-    for (int k = n - 2; k >= 0; --k) {
-        y2[k] = static_cast<float>(static_cast<double>(y2[k]) * y2[k + 1] + u[k]);
-    }
+    // It ends straight, too: zero, unless a value above is not finite.
+    y2[n - 1] = static_cast<float>((0.0 - 0.0 * constants[n - 2]) / (0.0 * y2[n - 2] + 1.0));
+    for (int i = n - 2; i >= 0; --i)
+        y2[i] = static_cast<float>(static_cast<double>(y2[i]) * y2[i + 1] + constants[i]);
     return 0;
 }
 
@@ -40,18 +77,14 @@ void icSplineEval(const float* x, const float* y, const float* y2, int n, float 
         if (n == 1) *result = y[0];
         return;
     }
-    const bool descending = x[0] > x[n - 1];
-    int lo = descending ? n - 1 : 0;
-    int hi = descending ? 0 : n - 1;
-    while (std::abs(hi - lo) > 1) {
-        const int middle = (lo + hi) >> 1;
-        (x[middle] > t ? hi : lo) = middle;
-    }
-    const double h = x[hi] - x[lo];
-    const double a = (static_cast<double>(x[hi]) - t) / h;
-    const double b = (static_cast<double>(t) - x[lo]) / h;
-    const double bent = (b * b * b - b) * y2[hi] + (a * a * a - a) * y2[lo];
-    *result = static_cast<float>(bent * (h * h) / 6.0 + (y[lo] * a + y[hi] * b));
+    const auto [low, high] = intervalOf(x, n, t);
+    const double width = x[high] - x[low];
+    const double toHigh = (static_cast<double>(x[high]) - t) / width;  // shares of the interval
+    const double fromLow = (static_cast<double>(t) - x[low]) / width;
+    const double bend = (fromLow * fromLow * fromLow - fromLow) * y2[high] +
+                        (toHigh * toHigh * toHigh - toHigh) * y2[low];
+    const double chord = y[low] * toHigh + y[high] * fromLow;
+    *result = static_cast<float>(bend * (width * width) / 6.0 + chord);
 }
 
 Spline::Spline(const float* x, const float* y, int n, Linear)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Natural cubic splines over a table of points (Press et al., "Numerical Recipes", 3.3).
+// Natural cubic splines over a table of points: between two points a cubic, at each point the same
+// slope and second derivative from both sides, at the ends no curvature. That is a tridiagonal
+// system of equations for the second derivatives, solved by elimination (Thomas, 1949).
 //
 // Points and second derivatives are stored in single precision, quotients and the cubic are worked
 // out in double: this fixes the results.

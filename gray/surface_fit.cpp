@@ -8,14 +8,13 @@
 
 namespace lumoxa {
 
-icSurfaceFit_t::icSurfaceFit_t(int32_t n_, int32_t second_)
+icSurfaceFit_t::icSurfaceFit_t(int32_t n_)
     : simplex(icAllocMatrixF64(3, 2)),
       values{},
       abscissae(static_cast<size_t>(n_)),
       scratchOrdinates(static_cast<size_t>(n_)),
       scratchSeconds(static_cast<size_t>(n_)),
-      n(n_),
-      second(second_) {
+      n(n_) {
     for (Surface& surface : surfaces) {
         surface.values = icAllocMatrixF32(n, n);
         surface.seconds = icAllocMatrixF32(n, n);
@@ -35,8 +34,8 @@ float icSurfaceFit_t::evaluate(const Surface& surface, const float* point) {
         icSplineEval(abscissae.data(), surface.values[r], surface.seconds[r], n, point[0],
                      &scratchOrdinates[static_cast<size_t>(r)]);
     }
-    // Second derivatives of zero, deliberately: across the rows a surface is piecewise linear,
-    // which keeps the search free of overshoot between coarse rows.
+    // Second derivatives of zero: across the rows a surface is piecewise linear, which keeps the
+    // search free of overshoot between coarse rows.
     std::fill(scratchSeconds.begin(), scratchSeconds.end(), 0.0f);
     float value = 0.0f;
     icSplineEval(abscissae.data(), scratchOrdinates.data(), scratchSeconds.data(), n, point[1],

@@ -3,11 +3,11 @@
 
 #include <algorithm>
 
+#include "base/pcs_encoding.h"
+#include "base/power.h"
 #include "lut/lut_tag.h"
 #include "lut/parametric_curve.h"
 #include "lut/table_lookup.h"
-#include "profile/pcs_encoding.h"
-#include "profile/power.h"
 
 namespace lumoxa {
 namespace {

@@ -23,7 +23,8 @@ void icSampleParaCurve(const uint8_t* curve, int entries, uint16_t* destination)
 /// curve at 257/256 of each position and has at least 257 entries. An empty curve is the identity.
 void icLabCurveToLegacy(std::vector<uint16_t>& table);
 
-/// Scales an output curve to the 0..65280 encoding of L*. An empty curve is the identity.
+/// Scales an output curve to the 0..65280 encoding of L*, to legacy values in spite of its name. An
+/// empty curve is the identity.
 void icLabCurveFromLegacy(std::vector<uint16_t>& table);
 
 }  // namespace lumoxa

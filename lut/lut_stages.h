@@ -15,9 +15,10 @@
 #include <cstdint>
 #include <limits>
 
+#include "base/pcs_encoding.h"
+#include "lut/curve_mask.h"
 #include "lut/lut_state.h"
 #include "lut/table_lookup.h"
-#include "profile/pcs_encoding.h"
 #include "profile/signatures.h"
 
 namespace lumoxa {
@@ -27,6 +28,9 @@ namespace lumoxa {
 inline constexpr int kBlockPixels = 64;
 
 using Row = float[kBlockPixels];
+
+/// Rows that a grid may fill: every output's, and those that make the last group of outputs whole.
+inline constexpr int kOutputRows = (kMaxOutputs + kOutputGroup - 1) / kOutputGroup * kOutputGroup;
 
 /// 'mft1': values keep the tag's 8-bit range, 0..255, between the input and the output tables.
 struct Lut8Family {
@@ -81,9 +85,12 @@ class InputStage {
   public:
     /// `clipsMiddle`: positions in the middle tables end at the last entry instead of extending the
     /// last segment. Only matrix results of 8-bit samples can lie beyond it.
-    InputStage(const icLutState_t& s, bool clipsMiddle)
-        : state_(s), channels_(s.inChannels), curves_(inputTables(s)) {
-        const bool middle = s.appliesMiddleCurves() && sizeof(typename Family::Entry) == 2;
+    /// `withCurves`: whether the tag's input tables take part. Those of lut16 are middle curves.
+    InputStage(const icLutState_t& s, bool clipsMiddle, bool withCurves = true)
+        : state_(s), channels_(s.inChannels) {
+        if (withCurves) curves_ = inputTables(s);
+        const bool middle = s.appliesMiddleCurves() && sizeof(typename Family::Entry) == 2 &&
+                            (withCurves || s.kind != kTypeLut16);
         middle_ = middle ? s.middleCurves : TableSet<uint16_t>{};
         if (curves_) {
             scale_ = lut_scale::toPosition<Family, Sample>(curves_.entries, s.inSpace);
@@ -161,8 +168,8 @@ class InputStage {
 template <class Family, class Sample>
 class OutputStage {
   public:
-    explicit OutputStage(const icLutState_t& s)
-        : channels_(s.outChannels), curves_(outputTables(s)) {
+    explicit OutputStage(const icLutState_t& s, bool withCurves = true) : channels_(s.outChannels) {
+        if (withCurves) curves_ = outputTables(s);
         if (curves_) scale_ = s.outputTableScale;
         if constexpr (sizeof(Entry) == 2) {
             // An 8-bit grid whose values no table reads is spread over 16 bits.
@@ -199,7 +206,7 @@ class OutputStage {
     }
 
     /// Only lut8 values that grow to 16 bits are clipped. An 8-bit sample of a connection space
-    /// made from 65408 or more wraps to 0: deliberate, as 0xFF00 is the full scale of such data.
+    /// made from 65408 or more wraps to 0; the full scale of such data, 0xFF00, lies below that.
     Sample sample(float v) const {
         const float scaled = v * sampleScale_;
         if constexpr (sizeof(Entry) == 1 && sizeof(Sample) == 2) {
@@ -249,12 +256,12 @@ inline void locateCells(const icLutState_t& s, const uint32_t* strides, const Ro
 /// size: a block is read whole before any of it is written.
 template <class Family, class Clut, class In, class Out>
 void convertLut(const typename Clut::State& state, const In* source, Out* destination,
-                ptrdiff_t pixels) {
-    const InputStage<Family, In> input(state, Clut::kClipsMiddle);
+                ptrdiff_t pixels, CurveMask curves = {}) {
+    const InputStage<Family, In> input(state, Clut::kClipsMiddle, curves.input);
     const Clut clut(state);
-    const OutputStage<Family, Out> output(state);
+    const OutputStage<Family, Out> output(state, curves.output);
     Row x[kMaxInputs];
-    Row values[kMaxOutputs];
+    Row values[kOutputRows];
     for (ptrdiff_t done = 0; done < pixels; done += kBlockPixels) {
         const int n = static_cast<int>(std::min<ptrdiff_t>(kBlockPixels, pixels - done));
         input.run(source + done * state.inChannels, n, x);

@@ -34,20 +34,25 @@ void readMatrix(const TagView& tag, uint32_t at, bool withOffsets, icLutState_t&
     }
 }
 
-void setGrid(icLutState_t& s, int dimension, uint32_t points) {
-    s.positionScale[dimension] = static_cast<float>(points - 1) * s.inputScale;
-    s.lastCell[dimension] = static_cast<int32_t>(points) - 2;
-}
-
 float fullScaleReciprocal(int bits) {
     return 1.0f / static_cast<float>((1 << bits) - 1);
+}
+
+/// From a value before the grid to 0..1.
+float inputScale(const icLutState_t& s) {
+    return fullScaleReciprocal(s.kind == kTypeLut8 ? 8 : 16);
+}
+
+void setGrid(icLutState_t& s, int dimension, uint32_t points) {
+    s.positionScale[dimension] = static_cast<float>(points - 1) * inputScale(s);
+    s.lastCell[dimension] = static_cast<int32_t>(points) - 2;
 }
 
 void readLut8(const TagView& tag, icLutState_t& s) {
     const uint32_t grid = tag.u8(kGrid);
     readMatrix(tag, kMatrix, false, s);
     s.matrixFirst = true;
-    s.inputBits = s.clutBits = 8;
+    s.clutBits = 8;
     s.inputEntries = s.outputEntries = kLut8Entries;
     std::fill_n(s.gridPoints, 3, grid);
     const uint8_t* tables = tag.bytes + kLut8Tables;
@@ -60,7 +65,7 @@ void readLut16(const TagView& tag, icLutState_t& s) {
     const uint32_t grid = tag.u8(kGrid);
     readMatrix(tag, kMatrix, false, s);
     s.matrixFirst = true;
-    s.inputBits = s.clutBits = 16;
+    s.clutBits = 16;
     s.middleEntries = static_cast<int32_t>(tag.u16(kInputEntries));
     s.outputEntries = static_cast<int32_t>(tag.u16(kOutputEntries));
     std::fill_n(s.gridPoints, tag.inputs(), grid);
@@ -160,7 +165,6 @@ void readLutAB(const TagView& tag, icLutState_t& s, LutStorage& storage) {
     const bool toDevice = s.kind == kTypeLutBToA;
     s.matrixFirst = toDevice;
     if (const uint32_t matrix = tag.offset(kMatrixElement)) readMatrix(tag, matrix, true, s);
-    s.inputBits = 16;
     if (const uint32_t clut = tag.offset(kClutElement)) readClutAB(tag, clut, s, storage);
 
     const LutElement inputSet = toDevice ? kBCurves : kACurves;
@@ -189,7 +193,6 @@ void setStrides(const TagView& tag, icLutState_t& s, LutStorage& storage) {
         s.strides[i] = stride;
         stride *= points(i);
         setGrid(s, i, points(i));
-        s.gridScale[i] = (static_cast<float>(s.gridPoints[i]) - 1.0f) * s.inputScale;
     }
     s.cornerCount = uint32_t{1} << n;
     storage.cornerOffsets.resize(s.cornerCount);
@@ -228,10 +231,9 @@ void icBuildLutState(const icTagBase* base, uint32_t inSpace, uint32_t outSpace,
     s.hasInputCurves = bool{s.inputTables8} || bool{s.inputCurves};
     s.hasMiddleCurves = bool{s.inputTables8} || bool{s.middleCurves};
     s.hasOutputCurves = bool{s.outputTables8} || bool{s.outputCurves};
-    s.inputScale = fullScaleReciprocal(s.inputBits);
     // Without a grid the values keep the input's precision up to the output tables.
-    s.clutScale = s.hasClut ? fullScaleReciprocal(s.clutBits) : s.inputScale;
-    s.outputTableScale = static_cast<float>(s.outputEntries - 1) * s.clutScale;
+    const float clutScale = s.hasClut ? fullScaleReciprocal(s.clutBits) : inputScale(s);
+    s.outputTableScale = static_cast<float>(s.outputEntries - 1) * clutScale;
     if (s.hasClut) setStrides(tag, s, *storage);
     s.storage = std::move(storage);
 }

@@ -13,6 +13,9 @@
 
 namespace lumoxa {
 
+/// Outputs that simplex interpolation works out together: the floats of a 128-bit vector.
+inline constexpr int kOutputGroup = 4;
+
 /// Equally long tables that stand one after the other.
 template <class Entry>
 struct TableSet {
@@ -43,19 +46,14 @@ struct icLutState_t {
     uint32_t inSpace = 0;
     uint32_t outSpace = 0;
 
-    int32_t inputBits = 0;  // precision of the values before the grid
-    int32_t clutBits = 0;   // precision of the grid's entries; 0 without a grid
-    float inputScale = 0;   // 1 / (2^inputBits - 1)
-    float clutScale = 0;    // 1 / (2^clutBits - 1)
+    int32_t clutBits = 0;  // precision of the grid's entries; 0 without a grid
     // Maps a value after the grid to a position in an output table.
     float outputTableScale = 0;
-    // Maps an input value to a grid coordinate. Of a lut8 tag only the first three dimensions have
-    // their grid points recorded; a fourth therefore has the scale -1/255. Deliberate: what reads
-    // these two describes the tag. Evaluation goes by positionScale and lastCell.
-    float gridScale[kMaxInputs] = {};
+    // Of a lut8 tag only the first three dimensions have their grid points recorded, which describe
+    // the tag. Evaluation goes by positionScale and lastCell.
     uint32_t gridPoints[kMaxInputs] = {};
-    float positionScale[kMaxInputs] = {};
-    int32_t lastCell[kMaxInputs] = {};  // grid points - 2, every dimension
+    float positionScale[kMaxInputs] = {};  // from an input value to a grid coordinate
+    int32_t lastCell[kMaxInputs] = {};     // grid points - 2, every dimension
 
     int32_t inputEntries = 0;
     int32_t middleEntries = 0;
@@ -72,8 +70,8 @@ struct icLutState_t {
     bool hasOutputCurves = false;
 
     // Rows of three factors and an offset. The offsets of 'mAB ' and 'mBA ' tags are their
-    // s15Fixed16 integers as they stand, without the division by 65536: deliberate, and visible to
-    // callers whose tags have offsets.
+    // s15Fixed16 integers as they stand, without the division by 65536, so that an offset
+    // of 1.0 adds the whole range.
     float matrix[3][4] = {};
 
     uint32_t strides[kMaxInputs] = {};  // in grid entries; the last dimension's is outChannels
@@ -91,7 +89,6 @@ struct icLutState_t {
 
     /// Whether the middle curves take part in evaluation. The matrix and the middle curves of 'mAB
     /// ' tags, which follow the grid, do not; nor do those of a tag without output curves.
-    /// Deliberate: callers see such a tag's conversion without them.
     bool appliesMiddleCurves() const {
         return matrixFirst && hasMiddleCurves && (outputEntries != 0 || hasOutputCurves);
     }

@@ -79,8 +79,9 @@ void swapLutAB(uint8_t* tag) {
 }  // namespace
 }  // namespace lumoxa
 
+using namespace lumoxa;
+
 void icSwapLut(icTagBase* tag) {
-    using namespace lumoxa;
     if (tag == nullptr) return;
     auto* bytes = reinterpret_cast<uint8_t*>(tag);
     switch (tag->sig) {
@@ -102,7 +103,6 @@ void icSwapLut(icTagBase* tag) {
 }
 
 void icUnSwapLut(icTagBase* tag) {
-    using namespace lumoxa;
     if (tag == nullptr) return;
     auto* bytes = reinterpret_cast<uint8_t*>(tag);
     if (tag->sig != kTypeLut8 && tag->sig != kTypeLut16) return;

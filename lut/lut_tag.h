@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Layout of the four LUT tag types in a profile (ICC.1:2001, 6.5.7 and 6.5.8; ICC.1:2010, 10.10 and
-// 10.11), the check that makes a tag from outside safe to use, and the byte-order conversion.
+// Layout of the four LUT tag types in a profile (ICC.1:2001-04, 6.5.7 and 6.5.8; ICC.1:2010, 10.10
+// and 10.11), the check that makes a tag from outside safe to use, and the byte-order conversion.
 //
 // Tags are passed with the type signature in host order, as the tag readers leave them.
 #pragma once
 
 #include <cstdint>
 
+#include "base/byte_order.h"
 #include "lumoxa/types.h"
-#include "profile/byte_order.h"
 #include "profile/signatures.h"
 
 namespace lumoxa {
@@ -51,7 +51,8 @@ constexpr bool isLutType(uint32_t type) {
     return type == kTypeLut8 || type == kTypeLut16 || type == kTypeLutAToB || type == kTypeLutBToA;
 }
 
-/// Parameters of a parametric curve by function type, or 0 for an unknown type (ICC.1, 10.18).
+/// Parameters of a parametric curve by function type, or 0 for an unknown type
+/// (parametricCurveType of ICC.1:2010).
 constexpr uint32_t parametricCount(uint32_t functionType) {
     constexpr uint32_t kCounts[] = {1, 3, 4, 5, 7};
     return functionType < 5 ? kCounts[functionType] : 0;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Parametric curves (ICC.1:2010, 10.18): a power segment and, below a break point, a linear one.
+// Parametric curves (parametricCurveType of ICC.1:2010): a power segment and, below a break point,
+// a linear one.
 //
 //   type 0   x^g
 //   type 1   (a x + b)^g        x >= -b/a, else 0
@@ -11,8 +12,8 @@
 
 #include <cstdint>
 
+#include "base/power.h"
 #include "lut/lut_tag.h"
-#include "profile/power.h"
 
 namespace lumoxa {
 

@@ -1,23 +1,30 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Interpolation of a grid by simplices: the state with its coefficient table, and the stage that
-// the LUT kernels run. A `Scheme` (tetra.h, penta.h) says how cells are cut:
-//   select(f, i)           simplex of pixel i, f being the rows of fractions by input dimension
-// and what SimplexTable asks of it.
+// Interpolation of a grid by simplices: the state with its nodes, and the stage that the LUT
+// kernels run.
+//
+// A cell is cut into simplices that all hold its lowest and its highest corner, one for each path
+// between the two along the cell's edges. A pixel's path takes the dimensions from the largest
+// fraction to the smallest. Inside a simplex the interpolant through the corner values is affine,
+// and the coefficient of a dimension is the difference of the two nodes that the path's step along
+// that dimension joins: a difference of integers below 2^16, exact in single precision.
 #pragma once
 
 #include <memory>
-#include <type_traits>
 
 #include "lut/lut_stages.h"
-#include "lut/simplex_table.h"
+#include "lut/simplex_nodes.h"
 
 namespace lumoxa {
 
-/// A LUT state with the coefficients of its grid: [cell][output][simplex][coefficient].
+/// A LUT state with the nodes of its grid. `Scheme` (simplex_schemes.h) says how a cell is cut:
+///   kDimensions             n
+///   laterFirst(f, i, a, b)  for dimensions a < b: whether the path of pixel i takes b before a;
+///                           f are the rows of fractions by dimension
+///   dimensionOf(j)          dimension of the sum's term j
 template <class Scheme>
 struct SimplexState : icLutState_t {
-    std::shared_ptr<const float[]> coefficients;
+    std::shared_ptr<const float[]> nodes;
 };
 
 /// Makes the state of a checked tag in host byte order. Throws std::bad_alloc.
@@ -26,7 +33,7 @@ std::unique_ptr<SimplexState<Scheme>> buildSimplexState(const icTagBase* tag, ui
                                                         uint32_t outSpace) {
     auto state = std::make_unique<SimplexState<Scheme>>();
     icBuildLutState(tag, inSpace, outSpace, *state);
-    if (state->hasClut) state->coefficients = SimplexTable<Scheme>::build(*state);
+    if (state->hasClut) state->nodes = packNodes(*state);
     return state;
 }
 
@@ -34,58 +41,87 @@ template <class Scheme>
 class SimplexClut {
   public:
     using State = SimplexState<Scheme>;
-    using Table = SimplexTable<Scheme>;
     static constexpr bool kClipsMiddle = true;
 
-    explicit SimplexClut(const State& s) : s_(s), strides_(Table::cellStrides(s)) {}
-
-    void run(const Row* x, int pixels, Row* values) const {
-        uint32_t cell[kBlockPixels];
-        uint32_t simplex[kBlockPixels];
-        Row fraction[Table::kDimensions];
-        locateCells(s_, strides_.data(), x, pixels, cell, fraction);
-        for (int i = 0; i < pixels; ++i) {
-            simplex[i] = static_cast<uint32_t>(Scheme::select(fraction, i));
-        }
-        const auto interpolate = [&](auto outputs) {
-            interpolateOutputs(outputs, cell, simplex, fraction, pixels, values);
-        };
-        // The counts of nearly all profiles are constants, so that their loops unroll.
-        switch (s_.outChannels) {
-            case 3:
-                return interpolate(std::integral_constant<int, 3>());
-            case 4:
-                return interpolate(std::integral_constant<int, 4>());
-            default:
-                return interpolate(s_.outChannels);
+    explicit SimplexClut(const State& s) : s_(s) {
+        auto stride = static_cast<uint32_t>(outputGroups(s) * kOutputGroup);
+        for (int d = kDimensions; d-- > 0;) {
+            strides_[d] = stride;
+            stride *= static_cast<uint32_t>(s.lastCell[d] + 2);
         }
     }
 
+    void run(const Row* x, int pixels, Row* values) const {
+        uint32_t cell[kBlockPixels];
+        Row fraction[kDimensions];
+        locateCells(s_, strides_, x, pixels, cell, fraction);
+        runCells(cell, fraction, pixels, values);
+    }
+
+    /// The cells and fractions of rows, for callers that look them up: runCells() goes on.
+    void locate(const Row* x, int pixels, uint32_t* cell, Row* fraction) const {
+        locateCells(s_, strides_, x, pixels, cell, fraction);
+    }
+
+    void runCells(const uint32_t* cell, const Row* fraction, int pixels, Row* values) const {
+        Places from[kDimensions];
+        findPaths(cell, fraction, pixels, from);
+        for (int o = 0; o < s_.outChannels; o += kOutputGroup)
+            interpolate(s_.nodes.get() + o, cell, from, fraction, pixels, values + o);
+    }
+
   private:
-    template <class Count>
-    void interpolateOutputs(Count outputs, const uint32_t* cell, const uint32_t* simplex,
-                            const Row* fraction, int pixels, Row* values) const {
-        const auto n = static_cast<size_t>(outputs);
-        for (int i = 0; i < pixels; ++i) {
-            const float* c = s_.coefficients.get() + cell[i] * n * Table::kFloatsPerCellAndOutput +
-                             size_t{simplex[i]} * Table::kVertices;
-            for (size_t o = 0; o < n; ++o, c += Table::kFloatsPerCellAndOutput) {
-                values[o][i] = affine(c, fraction, i);
+    static constexpr int kDimensions = Scheme::kDimensions;
+    using Places = uint32_t[kBlockPixels];  // of one node a pixel
+    using Group = float[kOutputGroup];
+
+    /// The node from which each pixel's path steps along each dimension: beyond the cell's lowest
+    /// by one step along every dimension that comes before. All without branches, which noise would
+    /// mispredict.
+    void findPaths(const uint32_t* cell, const Row* fraction, int pixels, Places* from) const {
+        for (int d = 0; d < kDimensions; ++d)
+            std::copy_n(cell, pixels, from[d]);
+        for (int a = 0; a < kDimensions; ++a) {
+            for (int b = a + 1; b < kDimensions; ++b) {
+                const uint32_t strideA = strides_[a];
+                const uint32_t strideB = strides_[b];
+                for (int i = 0; i < pixels; ++i) {
+                    const uint32_t mask = Scheme::laterFirst(fraction, i, a, b) ? ~0U : 0U;
+                    from[a][i] += strideB & mask;
+                    from[b][i] += strideA & ~mask;
+                }
             }
         }
     }
 
-    /// c_0 f_0 + c_1 f_1 + ... + c_n, from left to right.
-    static float affine(const float* c, const Row* fraction, int i) {
-        float sum = c[0] * fraction[Scheme::dimensionOf(0)][i];
-        for (int j = 1; j < Table::kDimensions; ++j) {
-            sum += c[j] * fraction[Scheme::dimensionOf(j)][i];
+    /// A group of outputs, worked out pixel by pixel and handed on row by row.
+    void interpolate(const float* nodes, const uint32_t* cell, const Places* from,
+                     const Row* fraction, int pixels, Row* values) const {
+        Group group[kBlockPixels];
+        for (int i = 0; i < pixels; ++i) {
+            Group sum;
+            for (int j = 0; j < kDimensions; ++j) {
+                const int d = Scheme::dimensionOf(j);
+                const float* low = nodes + from[d][i];
+                const float* high = low + strides_[d];
+                const float f = fraction[d][i];
+                for (int o = 0; o < kOutputGroup; ++o) {
+                    const float term = (high[o] - low[o]) * f;
+                    sum[o] = j == 0 ? term : sum[o] + term;
+                }
+            }
+            const float* lowest = nodes + cell[i];
+            for (int o = 0; o < kOutputGroup; ++o)
+                group[i][o] = sum[o] + lowest[o];
         }
-        return sum + c[Table::kDimensions];
+        for (int i = 0; i < pixels; ++i) {
+            for (int o = 0; o < kOutputGroup; ++o)
+                values[o][i] = group[i][o];
+        }
     }
 
     const State& s_;
-    std::array<uint32_t, size_t{Table::kDimensions}> strides_;
+    uint32_t strides_[kDimensions];  // in floats
 };
 
 }  // namespace lumoxa

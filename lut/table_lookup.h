@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "profile/pcs_encoding.h"
+#include "base/pcs_encoding.h"
 
 namespace lumoxa {
 

@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The byte reversals for callers that convert fields of tag data themselves.
+#include "base/byte_order.h"
 #include "lumoxa/profile.h"
-#include "profile/byte_order.h"
+
+using namespace lumoxa;
 
 namespace {
 
 template <class T>
 void reverseArray(void* at, int n) {
-    if (at != nullptr && n > 0) lumoxa::reverseInPlace<T>(at, static_cast<size_t>(n));
+    if (at != nullptr && n > 0) reverseInPlace<T>(at, static_cast<size_t>(n));
 }
 
 }  // namespace

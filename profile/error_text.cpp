@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <iterator>
 #include <string_view>
 
 #include "lumoxa/types.h"
@@ -53,15 +54,45 @@ std::string_view decimal(int number, std::array<char, 12>& digits) {
     return {digits.data() + at, digits.size() - at};
 }
 
-// A number that does not fit is cut like a description, and told like one: the buffer's size is the
-// caller's word for what may be written.
+// A number that does not fit is cut and reported as a description is.
 int writeNumber(int size, char* buffer, int code) {
     if (size < 1) return icErrBufferSize;
     std::array<char, 12> digits;
     return writePrefixed(size, buffer, decimal(code, digits));
 }
 
+#if !defined(_WIN32) || defined(LUMOXA_STATIC)
+
+struct ErrorText {
+    int code;
+    std::string_view text;
+};
+
+// Descriptions for a library that has no module with a string table. None are shipped; a build that
+// wants some defines LUMOXA_ERROR_TEXTS as the name of a file of lines TEXT_OF(code, "text").
+constexpr ErrorText kErrorTexts[] = {
+#if defined(LUMOXA_ERROR_TEXTS)
+#define TEXT_OF(code, text) {code, text},
+#include LUMOXA_ERROR_TEXTS
+#undef TEXT_OF
+#endif
+    {icSuccess, {}},
+};
+
+#endif
+
 }  // namespace
+
+#if !defined(_WIN32) || defined(LUMOXA_STATIC)
+
+int lookUpErrorText(int code, char* text, int size) {
+    const auto* entry = std::find_if(std::begin(kErrorTexts), std::end(kErrorTexts),
+                                     [code](const ErrorText& e) { return e.code == code; });
+    if (entry == std::end(kErrorTexts) || size < 1) return 0;
+    return append(text, 0, size, entry->text);
+}
+
+#endif
 
 int formatErrorText(int code, int size, char* buffer) {
     if (buffer == nullptr) return icErrInvalid;

@@ -3,9 +3,6 @@
 // Descriptions of result codes, and the text made of them.
 #pragma once
 
-#include <span>
-#include <string_view>
-
 namespace lumoxa {
 
 /// Bytes of the longest description with its terminating NUL; longer ones are cut by the look-up.
@@ -13,19 +10,9 @@ inline constexpr int kErrorTextBytes = 1024;
 
 /// Writes the description of `code` into `text`, NUL-terminated and cut to `size` bytes. Returns
 /// its length, 0 when there is none. It comes from the string table of the module in the Windows
-/// DLL, from a compiled-in table elsewhere. Both are empty; translations can be added without
-/// touching the code.
+/// DLL, from a compiled-in table elsewhere. Both are empty; texts can be added without touching the
+/// code.
 int lookUpErrorText(int code, char* text, int size);
-
-/// An entry of the compiled-in table.
-struct ErrorText {
-    int code;
-    std::string_view text;
-};
-
-/// The compiled-in table. It has a source file of its own, for which a build with texts puts its
-/// own.
-std::span<const ErrorText> compiledErrorTexts();
 
 /// The body of icGetErrorText.
 int formatErrorText(int code, int size, char* buffer);

@@ -3,8 +3,10 @@
 
 #include <cstdlib>
 
-#include "profile/byte_order.h"
+#include "base/byte_order.h"
 #include "profile/error_text.h"
+
+using namespace lumoxa;
 
 int icInitialize(icCallerId_t*, icProgressCallback, void*) {
     return icSuccess;
@@ -23,7 +25,7 @@ int icTermThread(icCallerId_t) {
 }
 
 int icGetErrorText(int code, int size, char* buffer) {
-    return lumoxa::formatErrorText(code, size, buffer);
+    return formatErrorText(code, size, buffer);
 }
 
 int icGetInfo(icDBInfo_s* info, int size) {
@@ -38,5 +40,5 @@ void icFree(void* block) {
 }
 
 int icIsBigEndian() {
-    return lumoxa::hostIsBigEndian ? 1 : 0;
+    return hostIsBigEndian ? 1 : 0;
 }

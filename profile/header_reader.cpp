@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "profile/header_reader.h"
 
+#include "base/byte_order.h"
 #include "lumoxa/profile.h"
-#include "profile/byte_order.h"
 #include "profile/signatures.h"
 
 namespace lumoxa {
@@ -42,10 +42,12 @@ int readProfileHeader(FILE* stream, icHeader& out) {
 
 }  // namespace lumoxa
 
+using namespace lumoxa;
+
 int icReadHeader(const void* image, icHeader* out) {
     if (image == nullptr) return icErrNullData;
     if (out == nullptr) return icErrInvalid;
-    *out = lumoxa::headerOf(image);
+    *out = headerOf(image);
     return icSuccess;
 }
 
@@ -53,7 +55,7 @@ int icReadHeader(FILE* stream, icHeader* out) {
     if (stream == nullptr || out == nullptr) return icErrInvalid;
     icHeader header;
     if (std::fread(&header, sizeof header, 1, stream) != 1) return icErrRead;
-    lumoxa::swapHeader(header);
+    swapHeader(header);
     *out = header;
     return icSuccess;
 }

@@ -13,8 +13,8 @@ inline constexpr uint32_t kHeaderSize = sizeof(icHeader);
 
 /// Converts the fields of a header in place, in either direction.
 ///
-/// `creator` is left as it is, deliberately: its value in memory is the one in the file read as a
-/// little-endian number, callers search for it in that form, and it is written back the same way.
+/// `creator` is left as it is: its value in memory is the one in the file read as a little-endian
+/// number. Searches compare it in that form, and it is written back the same way.
 /// `reserved` holds bytes, not numbers.
 void swapHeader(icHeader& header);
 

@@ -6,8 +6,8 @@
 #include <memory>
 #include <vector>
 
+#include "base/entry_guard.h"
 #include "lumoxa/profile.h"
-#include "profile/entry_guard.h"
 #include "profile/header_reader.h"
 #include "profile/signatures.h"
 
@@ -50,8 +50,10 @@ int compare(const char* path, const void* image) {
 }  // namespace
 }  // namespace lumoxa
 
+using namespace lumoxa;
+
 int icCompareProfiles(const char* path, const void* image) {
     if (image == nullptr) return icErrNullData;
     if (path == nullptr) return icErrInvalid;
-    return lumoxa::guarded([&] { return lumoxa::compare(path, image); });
+    return guarded([&] { return compare(path, image); });
 }

@@ -9,9 +9,9 @@
 #include <optional>
 #include <utility>
 
+#include "base/entry_guard.h"
 #include "lumoxa/profile.h"
 #include "lumoxa/tags.h"
-#include "profile/entry_guard.h"
 #include "profile/header_reader.h"
 #include "profile/profile_object.h"
 #include "profile/stream_position.h"
@@ -64,7 +64,7 @@ class TagAdopter {
 int readTags(FILE* stream, icTagList_safe64bit& offsets, icProfileInternal& profile) {
     const std::optional<uint64_t> length = streamLength(stream);
     if (length && !tagsFit(offsets, *length)) return icErrRead;
-    TagAdopter tags(profile, icTagsLoaded, static_cast<uint32_t>(offsets.count));
+    TagAdopter tags(profile, kTagsLoaded, static_cast<uint32_t>(offsets.count));
     for (const icTag_safe64bit& entry : entriesOf(offsets)) {
         CHeapPtr<uint8_t> bytes;
         const int code = readFileBytes(stream, static_cast<int64_t>(entry.location), entry.size,
@@ -85,7 +85,7 @@ int loadTags(icProfileInternal& profile) {
 
 // Copies tags that another profile holds in memory.
 void copyMemoryTags(icTagList_safe64bit& list, icProfileInternal& profile) {
-    TagAdopter tags(profile, icTagsLoaded, static_cast<uint32_t>(list.count));
+    TagAdopter tags(profile, kTagsLoaded, static_cast<uint32_t>(list.count));
     for (const icTag_safe64bit& entry : entriesOf(list)) {
         auto bytes = requireZeroed<uint8_t>(entry.size);
         std::memcpy(bytes.get(), tagAddress(entry), entry.size);
@@ -130,6 +130,8 @@ int loadImage(const void* image, uint64_t length, icProfile_t* out) {
 }  // namespace
 }  // namespace lumoxa
 
+using namespace lumoxa;
+
 FILE* icOpenProfile(const char* path) {
     return path == nullptr ? nullptr : std::fopen(path, "rb");
 }
@@ -142,9 +144,9 @@ int icLoadProfile(const char* path, icProfile_t* profile) {
     if (profile == nullptr) return icErrInvalid;
     *profile = nullptr;
     if (path == nullptr) return icErrInvalid;
-    return lumoxa::guarded([&] {
-        lumoxa::ProfilePtr opened;
-        const int code = lumoxa::openFileBacked(path, opened);
+    return guarded([&] {
+        ProfilePtr opened;
+        const int code = openFileBacked(path, opened);
         *profile = opened.release();
         return code;
     });
@@ -154,34 +156,34 @@ int icProfileLoadProfile(icCallerId_t, const char* path, icFileProps_t*, icProfi
     if (profile == nullptr) return icErrInvalid;
     *profile = nullptr;
     if (path == nullptr) return icErrInvalid;
-    return lumoxa::guarded([&] {
-        lumoxa::ProfilePtr loaded;
-        int code = lumoxa::openFileBacked(path, loaded);
-        if (code == icSuccess) code = lumoxa::loadTags(*loaded);
+    return guarded([&] {
+        ProfilePtr loaded;
+        int code = openFileBacked(path, loaded);
+        if (code == icSuccess) code = loadTags(*loaded);
         if (code == icSuccess) *profile = loaded.release();
         return code;
     });
 }
 
 int icProfileLoadFromBuffer(icCallerId_t, const void* image, icProfile_t* profile) {
-    return lumoxa::loadImage(image, lumoxa::kTrustedLength, profile);
+    return loadImage(image, kTrustedLength, profile);
 }
 
 int icProfileLoadFromBuffer(icCallerId_t, const void* image, size_t length, icProfile_t* profile) {
-    return lumoxa::loadImage(image, length, profile);
+    return loadImage(image, length, profile);
 }
 
 int icProfileCopy(icProfile_t profile, icProfile_t* copy) {
     if (copy == nullptr) return icErrInvalid;
     *copy = nullptr;
-    const icProfileInternal* original = lumoxa::validProfile(profile);
+    const icProfileInternal* original = validProfile(profile);
     if (original == nullptr) return icErrInvalid;
-    return lumoxa::guarded([&] {
-        lumoxa::ProfilePtr made = lumoxa::newRecord();
+    return guarded([&] {
+        ProfilePtr made = newRecord();
         made->header = original->header;
-        if (original->tagStorage != icTagsInFile) {
-            lumoxa::copyMemoryTags(*original->tagList, *made);
-        } else if (const int code = lumoxa::readTags(original->stream, *original->tagList, *made)) {
+        if (original->tagStorage != kTagsInFile) {
+            copyMemoryTags(*original->tagList, *made);
+        } else if (const int code = readTags(original->stream, *original->tagList, *made)) {
             return code;
         }
         *copy = made.release();

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <utility>
 
+#include "base/byte_order.h"
+#include "base/entry_guard.h"
 #include "lumoxa/profile.h"
-#include "profile/byte_order.h"
-#include "profile/entry_guard.h"
 #include "profile/tag_reader.h"
 #include "profile/tag_table.h"
 
@@ -22,11 +22,11 @@ constexpr std::string_view kCopyright = "Copyright Vantorell Software";
 // to a multiple of four.
 constexpr uint32_t kCopyrightTagSize = static_cast<uint32_t>(kCopyright.size()) + 12;
 
-// The D50 white of the connection space, 0.9642, 1, 0.8249 in s15Fixed16 (ICC.1, 7.2.16).
+// The D50 white of the connection space, 0.9642, 1, 0.8249 in s15Fixed16 (ICC.1:2010, 7.2.16).
 constexpr icXYZNumber kD50Fixed = {63190, 65536, 54061};
 
-// Size that a new header states. Header, table and tag are 184 bytes; the 16 more are deliberate,
-// part of what callers find in a profile before it is saved for the first time.
+// Size that a new header states until the first save works it out: 16 bytes more than the 184 of
+// header, table and tag.
 constexpr uint32_t kNewProfileSize = kCopyrightTagSize + 160;
 
 icDateTimeNumber localTimeNow() {
@@ -66,13 +66,14 @@ CHeapPtr<uint8_t> copyrightTag() {
 }  // namespace
 
 void ProfileRelease::operator()(icProfileInternal* profile) const noexcept {
-    if (profile->tagStorage != icTagsInFile && profile->tagList != nullptr) {
+    if (profile->tagStorage != kTagsInFile && profile->tagList != nullptr) {
         for (const icTag_safe64bit& entry : entriesOf(*profile->tagList)) {
             std::free(tagAddress(entry));
         }
     }
     std::free(profile->tagList);
     if (profile->stream != nullptr) std::fclose(profile->stream);
+    delete profile->image;
     std::free(profile);
 }
 
@@ -86,7 +87,7 @@ int readTag(const icProfileInternal& profile, icTagSignature signature, TagCopy&
     const icTag_safe64bit* entry = findTag(profile.tagList, signature);
     if (entry == nullptr) return icErrNoTag;
     if (entry->size < std::max<uint32_t>(minimumSize, sizeof(icTagBase))) return icErrRead;
-    if (profile.tagStorage != icTagsInFile) {
+    if (profile.tagStorage != kTagsInFile) {
         out.bytes = copyTag(tagAddress(*entry), entry->size);
     } else if (const int code = readFileTag(profile.stream, *entry, out.bytes); code != icSuccess) {
         return code;
@@ -97,37 +98,39 @@ int readTag(const icProfileInternal& profile, icTagSignature signature, TagCopy&
 
 }  // namespace lumoxa
 
+using namespace lumoxa;
+
 int icProfileCreate(icCallerId_t*, icProfile_t* profile) {
     if (profile == nullptr) return icErrInvalid;
     *profile = nullptr;
-    return lumoxa::guarded([&] {
-        lumoxa::ProfilePtr made(
-            lumoxa::requireZeroed<icProfileInternal>(sizeof(icProfileInternal)).release());
-        made->header = lumoxa::newHeader();
-        made->tagStorage = icTagsCreated;
-        made->tagList = lumoxa::makeTagList(1).release();
-        made->tagList->tags[0] = {lumoxa::fourcc("cprt"),
-                                  lumoxa::tagLocation(lumoxa::copyrightTag().release()),
-                                  lumoxa::kCopyrightTagSize};
+    return guarded([&] {
+        ProfilePtr made(requireZeroed<icProfileInternal>(sizeof(icProfileInternal)).release());
+        made->header = newHeader();
+        made->tagStorage = kTagsCreated;
+        made->tagList = makeTagList(1).release();
+        made->tagList->tags[0] = {fourcc("cprt"), tagLocation(copyrightTag().release()),
+                                  kCopyrightTagSize};
         *profile = made.release();
         return icSuccess;
     });
 }
 
 void icProfileFree(icProfile_t profile) {
-    lumoxa::ProfilePtr(const_cast<icProfileInternal*>(profile)).reset();
+    ProfilePtr(const_cast<icProfileInternal*>(profile)).reset();
 }
 
 int icProfileGetHeader(icProfile_t profile, icHeader* out) {
-    if (out == nullptr || lumoxa::validProfile(profile) == nullptr) return icErrInvalid;
+    if (out == nullptr || validProfile(profile) == nullptr) return icErrInvalid;
     *out = profile->header;
     return icSuccess;
 }
 
 int icProfileSetHeader(icProfile_t profile, const icHeader* header) {
-    if (profile == nullptr || header == nullptr || header->magic != lumoxa::kMagic) {
+    if (profile == nullptr || header == nullptr || header->magic != kMagic) {
         return icErrInvalid;
     }
-    const_cast<icProfileInternal*>(profile)->header = *header;
+    auto& record = *const_cast<icProfileInternal*>(profile);
+    record.header = *header;
+    forgetImage(record);
     return icSuccess;
 }

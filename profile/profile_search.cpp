@@ -29,8 +29,8 @@ bool illuminantEquals(const icHeader& header, const Value& value) {
            static_cast<uint32_t>(white.Z) == value.u32[2];
 }
 
-// Each part of a date is tested by itself, deliberately: existing searches rely on the combination
-// of the three answers, although as a test of dates it is too strict.
+// Each part of a date is tested by itself, and all three must pass: stricter than a comparison of
+// dates, since 1 February is not after 31 January here.
 bool isBefore(const icHeader& header, const Value& value) {
     const icDateTimeNumber& date = header.date;
     return date.year <= value.u16[0] && date.month <= value.u16[1] && date.day < value.u16[2];
@@ -80,12 +80,14 @@ bool holds(const icSearchCriterion_t& criterion, const icHeader& header) {
 }  // namespace
 }  // namespace lumoxa
 
+using namespace lumoxa;
+
 int icProfileCheck(const icSearch_t* search, const icHeader* header) {
     if (search == nullptr) return icErrInvalid;
     if (search->count < 1) return icSuccess;
     if (search->criteria == nullptr || header == nullptr) return icErrInvalid;
     const bool all =
         std::all_of(search->criteria, search->criteria + search->count,
-                    [header](const auto& criterion) { return lumoxa::holds(criterion, *header); });
+                    [header](const auto& criterion) { return holds(criterion, *header); });
     return all ? icSuccess : icErrInvalid;
 }

@@ -5,10 +5,10 @@
 #include <cstring>
 #include <utility>
 
+#include "base/byte_order.h"
+#include "base/entry_guard.h"
 #include "lumoxa/profile.h"
 #include "lumoxa/tags.h"
-#include "profile/byte_order.h"
-#include "profile/entry_guard.h"
 #include "profile/tag_reader.h"
 #include "profile/tag_table.h"
 
@@ -34,7 +34,7 @@ CHeapPtr<uint8_t> copyOf(const void* bytes, uint32_t size) {
 
 // Reads a tag from wherever the profile keeps it, as long as the entry says.
 int readAnyTag(const icProfileInternal& profile, const icTag_safe64bit& entry, icTagBase** out) {
-    return profile.tagStorage == icTagsInFile
+    return profile.tagStorage == kTagsInFile
                ? icReadTag(profile.stream, &entry, out)
                : icReadTag(static_cast<const void*>(nullptr), &entry, out);
 }
@@ -43,13 +43,14 @@ int readAnyTag(const icProfileInternal& profile, const icTag_safe64bit& entry, i
 
 icProfileInternal* editableProfile(icProfile_t profile) {
     const icProfileInternal* valid = validProfile(profile);
-    return valid != nullptr && valid->tagStorage != icTagsInFile
+    return valid != nullptr && valid->tagStorage != kTagsInFile
                ? const_cast<icProfileInternal*>(valid)
                : nullptr;
 }
 
 void storeTag(icProfileInternal& profile, icTagSignature signature, CHeapPtr<uint8_t> bytes,
               uint32_t size, uint32_t entryGrowth) {
+    forgetImage(profile);
     icTag_safe64bit* entry = findTag(profile.tagList, signature);
     if (entry == nullptr) {
         entry = &appendEntry(profile);
@@ -113,6 +114,7 @@ int icTagRemove(icProfile_t handle, icTagSignature signature) {
     if (profile == nullptr) return icErrInvalid;
     icTag_safe64bit* entry = findTag(profile->tagList, signature);
     if (entry == nullptr) return icErrNoTag;
+    forgetImage(*profile);
     profile->header.size -= kEntryGrowth + entry->size;
     std::free(tagAddress(*entry));
     const auto entries = entriesOf(*profile->tagList);

@@ -3,8 +3,8 @@
 // Putting tag data into a profile that is held in memory.
 #pragma once
 
+#include "base/c_heap.h"
 #include "lumoxa/types.h"
-#include "profile/c_heap.h"
 #include "profile/profile_object.h"
 
 namespace lumoxa {

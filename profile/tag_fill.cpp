@@ -5,9 +5,9 @@
 #include <cstring>
 #include <limits>
 
+#include "base/byte_order.h"
+#include "base/c_heap.h"
 #include "lumoxa/tags.h"
-#include "profile/byte_order.h"
-#include "profile/c_heap.h"
 #include "profile/signatures.h"
 
 namespace lumoxa {
@@ -16,12 +16,11 @@ namespace {
 constexpr size_t kBody = sizeof(icTagBase);
 constexpr int kXyzTagBytes = kBody + 3 * 4;
 
-// A 'curv' is its count and entries; two zero bytes more are part of every curve made so far.
+// A 'curv' is its count and entries; the tags made here have two zero bytes more.
 constexpr size_t kCurveOverhead = kBody + 4 + 2;
 
 // A textDescriptionType around a text of no characters: the count, the NUL, the Unicode language
-// and count, the ScriptCode code, count and 67 bytes; three zero bytes more are, likewise, part of
-// every one made so far.
+// and count, the ScriptCode code, count and 67 bytes; here with three zero bytes more.
 constexpr size_t kDescriptionOverhead = kBody + 4 + 1 + (4 + 4) + (2 + 1 + 67) + 3;
 
 /// s15Fixed16: half a step is added and the fraction dropped, so that negative values are rounded

@@ -5,9 +5,9 @@
 #include <cstring>
 #include <utility>
 
+#include "base/byte_order.h"
+#include "base/entry_guard.h"
 #include "lumoxa/profile.h"
-#include "profile/byte_order.h"
-#include "profile/entry_guard.h"
 #include "profile/stream_position.h"
 #include "profile/tag_table.h"
 
@@ -59,8 +59,8 @@ CHeapPtr<icTagBase> copyTag(const void* bytes, uint32_t size) {
 }
 
 int readFileTag(FILE* stream, const icTag_safe64bit& entry, CHeapPtr<icTagBase>& out) {
-    // Offsets are signed 32-bit numbers here, deliberately and on every platform: a tag at 2 GiB or
-    // beyond can't be read from a file-backed profile.
+    // Offsets are signed 32-bit numbers here, on every platform: a tag at 2 GiB or beyond can't be
+    // read from a file-backed profile.
     const auto offset = static_cast<int32_t>(static_cast<uint32_t>(entry.location));
     CHeapPtr<uint8_t> bytes;
     const int code = readFileBytes(stream, offset, entry.size, tagBlockSize(entry.size), bytes);
@@ -71,27 +71,29 @@ int readFileTag(FILE* stream, const icTag_safe64bit& entry, CHeapPtr<icTagBase>&
 
 }  // namespace lumoxa
 
+using namespace lumoxa;
+
 int icReadTag(const void*, const icTag_safe64bit* entry, icTagBase** out) {
     if (out == nullptr) return icErrInvalid;
     *out = nullptr;
     if (entry == nullptr) return icErrInvalid;
-    return lumoxa::handOutCopy(lumoxa::tagAddress(*entry), 0, entry->size, out);
+    return handOutCopy(tagAddress(*entry), 0, entry->size, out);
 }
 
 int icReadTagRaw(const void* image, const icTag_safe64bit* entry, icTagBase** out) {
     if (out == nullptr) return icErrInvalid;
     *out = nullptr;
     if (entry == nullptr) return icErrInvalid;
-    return lumoxa::handOutCopy(image, entry->location, entry->size, out);
+    return handOutCopy(image, entry->location, entry->size, out);
 }
 
 int icReadTag(FILE* stream, const icTag_safe64bit* entry, icTagBase** out) {
     if (out == nullptr) return icErrInvalid;
     *out = nullptr;
     if (stream == nullptr || entry == nullptr) return icErrInvalid;
-    return lumoxa::guarded([&] {
-        lumoxa::CHeapPtr<icTagBase> tag;
-        const int code = lumoxa::readFileTag(stream, *entry, tag);
+    return guarded([&] {
+        CHeapPtr<icTagBase> tag;
+        const int code = readFileTag(stream, *entry, tag);
         *out = tag.release();
         return code;
     });

@@ -5,8 +5,8 @@
 
 #include <cstdio>
 
+#include "base/c_heap.h"
 #include "lumoxa/types.h"
-#include "profile/c_heap.h"
 
 namespace lumoxa {
 

@@ -5,17 +5,16 @@
 #include <cstddef>
 #include <vector>
 
+#include "base/byte_order.h"
+#include "base/entry_guard.h"
 #include "lumoxa/profile.h"
-#include "profile/byte_order.h"
-#include "profile/entry_guard.h"
 
 namespace lumoxa {
 namespace {
 
-// Checks a count against the bytes that follow it. A profile without tags can't be loaded:
-// deliberate, and a failed allocation is what callers have always been told, because the size of a
-// table of "count - 1 more entries" wraps around for 0 and no machine has that much memory. A
-// caller that wants to start from nothing makes a profile with icProfileCreate.
+// Checks a count against the bytes that follow it. A profile without tags can't be loaded: its
+// table counts as too large for memory, because the entries beyond the first are 2^32 - 1 as a
+// 32-bit number. icProfileCreate makes a profile that tags can be added to.
 int checkTagCount(uint32_t count, uint64_t bytesAfterCount, int tooMany) {
     if (count == 0) return icErrNoMemory;
     if (count > kMaxTagCount) return tooMany;
@@ -98,16 +97,18 @@ int readTagTable(FILE* stream, TagListPtr& out) {
 
 }  // namespace lumoxa
 
+using namespace lumoxa;
+
 int icReadTagTable(const void* image, icTagList_safe64bit** out) {
     if (image == nullptr) return icErrNullData;
     if (out == nullptr) return icErrInvalid;
-    return lumoxa::guarded([&] {
+    return guarded([&] {
         const auto* bytes = static_cast<const uint8_t*>(image);
         uint32_t count = 0;
-        const int code = lumoxa::readTagCount(bytes, lumoxa::kTrustedLength, count);
+        const int code = readTagCount(bytes, kTrustedLength, count);
         if (code != icSuccess) return code;
         *out = nullptr;
-        *out = lumoxa::readTagEntries(bytes, count).release();
+        *out = readTagEntries(bytes, count).release();
         return icSuccess;
     });
 }
@@ -116,9 +117,9 @@ int icReadTagTable(FILE* stream, icTagList_safe64bit** out) {
     if (out == nullptr) return icErrInvalid;
     *out = nullptr;
     if (stream == nullptr) return icErrInvalid;
-    return lumoxa::guarded([&] {
-        lumoxa::TagListPtr list;
-        const int code = lumoxa::readTagTable(stream, list);
+    return guarded([&] {
+        TagListPtr list;
+        const int code = readTagTable(stream, list);
         *out = list.release();
         return code;
     });
@@ -126,6 +127,6 @@ int icReadTagTable(FILE* stream, icTagList_safe64bit** out) {
 
 int icGetTagPtr(icTagList_safe64bit* list, icTagSignature signature, icTag_safe64bit** out) {
     if (out == nullptr) return icErrInvalid;
-    *out = lumoxa::findTag(list, signature);
+    *out = findTag(list, signature);
     return *out != nullptr ? icSuccess : icErrNoTag;
 }

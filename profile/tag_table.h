@@ -7,8 +7,8 @@
 #include <limits>
 #include <span>
 
+#include "base/c_heap.h"
 #include "lumoxa/types.h"
-#include "profile/c_heap.h"
 
 namespace lumoxa {
 

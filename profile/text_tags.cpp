@@ -5,10 +5,10 @@
 #include <cstddef>
 #include <limits>
 
+#include "base/byte_order.h"
+#include "base/c_heap.h"
+#include "base/entry_guard.h"
 #include "lumoxa/tags.h"
-#include "profile/byte_order.h"
-#include "profile/c_heap.h"
-#include "profile/entry_guard.h"
 #include "profile/profile_object.h"
 #include "profile/signatures.h"
 #include "profile/tag_table.h"
@@ -62,7 +62,7 @@ char latin1(const uint8_t* utf16, size_t i) {
 }
 
 /// A block of the pointers followed by the texts they point at; null without memory. One allocation
-/// whose size is known beforehand, so no pointer can come to stand beside its text.
+/// whose size is known beforehand, so every pointer leads to its text.
 CHeapPtr<char*> convertTexts(const LocalizedTexts& texts) {
     const uint32_t count = texts.count();
     uint64_t size = uint64_t{count} * sizeof(char*);
@@ -103,8 +103,8 @@ int readText(const TagCopy& tag, const TextBuffer& out) {
 int readDescription(const TagCopy& tag, const TextBuffer& out) {
     if (tag.size < kDescriptionStart) return icErrTextType;
     out.store(tag, kDescriptionStart);
-    // It counts as cut by the count that it states, not by the characters it has: deliberate, and
-    // seen only where the two contradict each other. The last byte of the buffer is then NUL, too.
+    // It counts as cut by the count that it states, not by the characters it has. Where the two
+    // contradict each other, the last byte of the buffer is NUL, too.
     const auto count = loadFileOrder<uint32_t>(tag.data() + kDescriptionCount);
     if (count > out.size) out.bytes[out.size - 1] = '\0';
     return icSuccess;

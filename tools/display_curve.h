@@ -3,19 +3,15 @@
 // Tone curves by name, by gamma or out of a text file.
 #pragma once
 
-#include <cstdint>
-#include <optional>
 #include <string>
-#include <vector>
+
+#include "lumoxa/lumoxa.hpp"
 
 namespace lumoxa_tool {
 
-/// A 'curv' tag of one gamma, rounded to u8Fixed8; nothing when that can't hold it.
-std::optional<std::vector<uint8_t>> gammaTag(double gamma);
-
-/// A 'curv' tag of "srgb", of "gamma:G", or of a text file: an output from 0 to 1 a line for
-/// evenly spaced inputs.
-/// @throws UsageError for an impossible gamma, InputError for a faulty file
-std::vector<uint8_t> displayCurveTag(const std::string& word);
+/// The curve of "srgb", of "gamma:G", or of a text file: an output from 0 to 1 a line for evenly
+/// spaced inputs. Whether a gamma is possible is for the library to say.
+/// @throws UsageError for a gamma that is no number, InputError for a faulty file
+lumoxa::ToneCurve displayCurve(const std::string& word);
 
 }  // namespace lumoxa_tool

@@ -3,23 +3,20 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <filesystem>
+#include <functional>
 #include <iostream>
 #include <new>
 
 #include <CLI/CLI.hpp>
 
-#include "lumoxa/lumoxa.h"
-#include "tools/display_curve.h"
+#include "lumoxa/lumoxa.hpp"
 #include "tools/file_bytes.h"
-#include "tools/filled_tag.h"
+#include "tools/named_profile.h"
 #include "tools/number_list.h"
-#include "tools/profile_source.h"
+#include "tools/option_fault.h"
+#include "tools/output_file.h"
 #include "tools/profile_text.h"
-#include "tools/profile_writer.h"
-#include "tools/result_text.h"
 #include "tools/signatures.h"
-#include "tools/text_tag.h"
 #include "tools/tool_error.h"
 
 namespace lumoxa_tool {
@@ -27,10 +24,11 @@ namespace {
 
 using Bytes = std::vector<uint8_t>;
 
-// The new content of a tag, or nothing where it is removed.
+// What is to become of a tag.
 struct TagEdit {
     uint32_t signature;
-    std::optional<Bytes> content;
+    bool removes;
+    std::function<lumoxa::Profile(const lumoxa::Profile&)> apply;
 };
 
 uint32_t parseSignature(const std::string& option, const std::string& text) {
@@ -61,61 +59,83 @@ Assignment parseAssignment(const std::string& option, const std::string& text) {
     return {parseSignature(option, text.substr(0, equals)), text.substr(equals + 1)};
 }
 
+// The identifier is a digest of the profile as it was; zeros say that there is none.
+lumoxa::Profile withTag(const lumoxa::Profile& profile, uint32_t signature, const Bytes& content) {
+    constexpr size_t kIdAt = 84, kIdBytes = 16;
+    Bytes bytes = profile.bytes();
+    std::fill_n(bytes.begin() + kIdAt, kIdBytes, uint8_t{0});
+    lumoxa::Profile edited = lumoxa::Profile::fromBytes(bytes.data(), bytes.size());
+    const int code = lmx_profile_add_tag(edited.handle(), signature, content.data(),
+                                         static_cast<uint32_t>(content.size()));
+    if (code != LMX_SUCCESS) throw std::bad_alloc();
+    return edited;
+}
+
 TagEdit editFromFile(const std::string& text) {
+    constexpr size_t kTagStart = 8;  // its type and four zero bytes
     const auto [signature, path] = parseAssignment("--set-tag", text);
     Bytes content = readFile(path, "tag");
-    if (content.size() < sizeof(icTagBase)) {
+    if (content.size() < kTagStart) {
         throw InputError(path + ": has " + std::to_string(content.size()) + " bytes",
                          "a tag begins with its type and four zero bytes");
     }
-    return {signature, std::move(content)};
+    return {signature, false,
+            [tag = signature, bytes = std::move(content)](const lumoxa::Profile& profile) {
+                return withTag(profile, tag, bytes);
+            }};
 }
 
 TagEdit editCurve(const std::string& text) {
-    static constexpr uint32_t kCurves[] = {fourCc("rTRC"), fourCc("gTRC"), fourCc("bTRC"),
-                                           fourCc("kTRC")};
     const auto [signature, value] = parseAssignment("--trc", text);
-    if (std::find(std::begin(kCurves), std::end(kCurves), signature) == std::end(kCurves)) {
-        throw UsageError("--trc: " + quotedSignature(signature) +
-                         " is no tone curve: give rTRC, gTRC, bTRC or kTRC");
-    }
-    std::optional<Bytes> curve = gammaTag(parseNumbers("--trc", value, 1).front());
-    if (!curve) throw UsageError("--trc: a gamma must be 1/256 to 255.996, not " + value);
-    return {signature, std::move(curve)};
+    const double gamma = parseNumbers("--trc", value, 1).front();
+    return {signature, false, [gamma, tag = signature](const lumoxa::Profile& profile) {
+                return withOption("--trc", [&] {
+                    return profile.withCurve(tag, lumoxa::ToneCurve::gamma(gamma));
+                });
+            }};
 }
 
 TagEdit editWhite(const std::string& text) {
-    // As it will be stored: single precision and s15Fixed16 round at both ends of the range.
-    const auto isStorable = [](double value) {
-        const double fixed = static_cast<double>(static_cast<float>(value)) * 65536.0 + 0.5;
-        return fixed >= 1.0 && fixed < 2147483648.0;
-    };
     const std::vector<double> white = parseNumbers("--white", text, 3);
-    if (!std::all_of(white.begin(), white.end(), isStorable)) {
-        throw UsageError(
-            "--white: X, Y and Z must be above 0 and below 32768, with 1 for a full Y");
-    }
-    const auto part = [&](size_t i) { return static_cast<float>(white[i]); };
-    return {fourCc("wtpt"), filledTag([&](icTagBase** tag) {
-                return icFillWhitePoint(part(0), part(1), part(2), tag);
-            })};
+    return {fourCc("wtpt"), false, [white](const lumoxa::Profile& profile) {
+                return withOption("--white",
+                                  [&] { return profile.withWhite(white[0], white[1], white[2]); });
+            }};
 }
 
-std::vector<TagEdit> collectEdits(const EditArguments& arguments, uint32_t version) {
+TagEdit editText(const char* option, uint32_t signature, const std::string& text) {
+    return {signature, false, [=](const lumoxa::Profile& profile) {
+                return withOption(option, [&] { return profile.withText(signature, text); });
+            }};
+}
+
+TagEdit removal(uint32_t signature, const std::string& name) {
+    return {signature, true, [=](const lumoxa::Profile& profile) {
+                try {
+                    return profile.without(signature);
+                } catch (const lumoxa::Error& error) {
+                    if (error.code() == LMX_ERR_NO_MEMORY) throw std::bad_alloc();
+                    const bool isMissing = error.code() == LMX_ERR_NO_TAG;
+                    throw InputError(name + ": " + error.what(),
+                                     isMissing ? "`lumoxa info` lists the tags" : "keep one");
+                }
+            }};
+}
+
+// Removals come last: a profile has a tag at any time.
+std::vector<TagEdit> collectEdits(const EditArguments& arguments, const std::string& name) {
     std::vector<TagEdit> edits;
-    for (const std::string& text : arguments.removeTags)
-        edits.push_back({parseSignature("--remove-tag", text), std::nullopt});
     for (const std::string& text : arguments.setTags)
         edits.push_back(editFromFile(text));
-    if (arguments.description) {
-        edits.push_back({kProfileDescriptionTag, descriptionTag(*arguments.description, version)});
-    }
-    if (arguments.copyright) {
-        edits.push_back({kCopyrightTag, copyrightTag(*arguments.copyright, version)});
-    }
+    if (arguments.description)
+        edits.push_back(editText("--description", kProfileDescriptionTag, *arguments.description));
+    if (arguments.copyright)
+        edits.push_back(editText("--copyright", kCopyrightTag, *arguments.copyright));
     if (arguments.white) edits.push_back(editWhite(*arguments.white));
     for (const std::string& text : arguments.curves)
         edits.push_back(editCurve(text));
+    for (const std::string& text : arguments.removeTags)
+        edits.push_back(removal(parseSignature("--remove-tag", text), name));
     return edits;
 }
 
@@ -133,53 +153,12 @@ void requireDistinct(std::vector<TagEdit> edits) {
     throw UsageError("tag " + quotedSignature(twin->signature) + " is named by two options");
 }
 
-// A profile without tags could not be read again.
-void requireTagsLeft(const Profile& profile, const std::vector<TagEdit>& edits) {
-    const auto sets = [](const TagEdit& edit) { return edit.content.has_value(); };
-    const auto isRemoved = [&](const icTag_safe64bit& tag) {
-        return std::any_of(edits.begin(), edits.end(), [&](const TagEdit& edit) {
-            return !edit.content && edit.signature == tag.signature;
-        });
-    };
-    if (std::any_of(edits.begin(), edits.end(), sets)) return;
-    if (!std::all_of(profile.tags().begin(), profile.tags().end(), isRemoved)) return;
-    throw InputError(profile.name() + ": would have no tags left", "keep one");
-}
-
-void apply(const TagEdit& edit, icProfile_t profile, const std::string& name) {
-    if (edit.content) {
-        const Bytes& bytes = *edit.content;
-        const int code =
-            icTagAdd(profile, edit.signature, static_cast<unsigned>(bytes.size()), bytes.data());
-        if (code != icSuccess) throw std::bad_alloc();
-        return;
-    }
-    if (icTagRemove(profile, edit.signature) != icSuccess) {
-        throw InputError(
-            name + ": tag " + quotedSignature(edit.signature) + " " + faultText(icErrNoTag),
-            "`lumoxa info` lists the tags");
-    }
-    while (icTagRemove(profile, edit.signature) == icSuccess) {
-        // entries of the same name, which would come to light now
-    }
-}
-
-// The identifier is a digest of the profile as it was; zeros say that there is none.
-void clearProfileId(icProfile_t profile) {
-    constexpr size_t kIdBytes = 16;
-    icHeader header = {};
-    icProfileGetHeader(profile, &header);
-    std::fill_n(header.reserved, kIdBytes, uint8_t{0});
-    icProfileSetHeader(profile, &header);
-}
-
-void printReport(const EditArguments& arguments, const std::vector<TagEdit>& edits) {
-    const auto set = std::count_if(edits.begin(), edits.end(),
-                                   [](const TagEdit& edit) { return edit.content.has_value(); });
-    std::error_code ignored;
-    std::cout << arguments.profile << " -> " << arguments.output << ": tags set: " << set
-              << ", removed: " << edits.size() - static_cast<size_t>(set) << ", "
-              << std::filesystem::file_size(arguments.output, ignored) << " bytes" << std::endl;
+void printReport(const EditArguments& arguments, const std::vector<TagEdit>& edits, size_t bytes) {
+    const auto removed =
+        std::count_if(edits.begin(), edits.end(), [](const TagEdit& edit) { return edit.removes; });
+    std::cout << arguments.profile << " -> " << arguments.output
+              << ": tags set: " << edits.size() - static_cast<size_t>(removed)
+              << ", removed: " << removed << ", " << bytes << " bytes" << std::endl;
 }
 
 }  // namespace
@@ -207,8 +186,7 @@ CLI::App* addEdit(CLI::App& app, EditArguments& arguments) {
     command->add_option("--white", arguments.white, "Set the white point, with 1 for a full Y")
         ->option_text("X,Y,Z");
     command
-        ->add_option("--trc", arguments.curves,
-                     "Set rTRC, gTRC, bTRC or kTRC to a gamma, rounded to 1/256")
+        ->add_option("--trc", arguments.curves, "Set rTRC, gTRC, bTRC or kTRC to a gamma, exactly")
         ->allow_extra_args(false)
         ->option_text("SIG=GAMMA ...");
     command->add_flag("-q,--quiet", arguments.quiet, "No report");
@@ -216,16 +194,15 @@ CLI::App* addEdit(CLI::App& app, EditArguments& arguments) {
 }
 
 void runEdit(const EditArguments& arguments) {
-    const Profile profile = Profile::open(arguments.profile);
-    const std::vector<TagEdit> edits = collectEdits(arguments, profile.header().version);
+    const NamedProfile source = openProfile(arguments.profile);
+    const std::vector<TagEdit> edits = collectEdits(arguments, source.name);
     requireDistinct(edits);
-    requireTagsLeft(profile, edits);
-    const ProfileHandle edited = profile.loadForEditing();
+    lumoxa::Profile profile = source.profile;
     for (const TagEdit& edit : edits)
-        apply(edit, edited.get(), profile.name());
-    clearProfileId(edited.get());
-    saveProfile(edited.get(), arguments.output);
-    if (!arguments.quiet) printReport(arguments, edits);
+        profile = edit.apply(profile);
+    const Bytes bytes = profile.bytes();
+    writeFile(arguments.output, bytes);
+    if (!arguments.quiet) printReport(arguments, edits, bytes.size());
 }
 
 }  // namespace lumoxa_tool

@@ -2,6 +2,7 @@
 #include "tools/gray_csv.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <sstream>
 
@@ -16,7 +17,7 @@ using Fields = std::vector<std::string>;
 
 constexpr const char* kColumns[] = {"main", "first", "second", "X", "Y", "Z"};
 constexpr size_t kColumnCount = std::size(kColumns);
-constexpr size_t kFirst = 1, kSecond = 2, kX = 3;
+constexpr size_t kMain = 0, kFirst = 1, kSecond = 2, kX = 3;
 constexpr size_t kAbsent = static_cast<size_t>(-1);
 constexpr const char* kHeaderRemedy =
     "the first line names the columns: main,X,Y,Z and, for grids, first,second";
@@ -48,6 +49,11 @@ char separatorOf(const std::string& header) {
     return ',';
 }
 
+[[noreturn]] void refuseLine(const std::string& path, size_t line, const std::string& fault,
+                             const std::string& remedy) {
+    throw InputError(path + ", line " + std::to_string(line) + ": " + fault, remedy);
+}
+
 // Reads lines behind the header; columns that it doesn't know are left alone.
 class CsvReader {
   public:
@@ -72,25 +78,20 @@ class CsvReader {
         }
     }
 
-    GrayPatch readPatch(const std::string& line, size_t number) const {
+    lumoxa::GrayPatch readPatch(const std::string& line, size_t number) const {
         const Fields fields = split(line, separator_);
         if (fields.size() != fieldCount_) {
-            refuseGrayLine(path_, number,
-                           "has " + std::to_string(fields.size()) + " fields, but the header " +
-                               std::to_string(fieldCount_),
-                           "correct the line");
+            refuseLine(path_, number,
+                       "has " + std::to_string(fields.size()) + " fields, but the header " +
+                           std::to_string(fieldCount_),
+                       "correct the line");
         }
-        GrayPatch patch;
-        patch.line = number;
-        for (size_t c = 0; c < 3; ++c) {
-            const size_t column = columns_[c] == kAbsent ? 0 : c;
-            patch.channels[c] = number0To(fields, column, range_, number) / range_;
-            patch.xyz[c] = number0To(fields, kX + c, kMostXyz, number);
-        }
-        return patch;
+        const auto device = [&](size_t c) {
+            return number0To(fields, columns_[c] == kAbsent ? kMain : c, range_, number);
+        };
+        const auto xyz = [&](size_t c) { return number0To(fields, c, kMostXyz, number); };
+        return {device(kMain), device(kFirst), device(kSecond), xyz(kX), xyz(kX + 1), xyz(kX + 2)};
     }
-
-    bool hasCompanions() const { return columns_[kFirst] != kAbsent; }
 
   private:
     static constexpr double kMostXyz = 200;  // a brightened paper in percent is below
@@ -101,15 +102,14 @@ class CsvReader {
         if (value && *value >= 0 && *value <= top) return *value;
         std::ostringstream limit;
         limit << top;
-        refuseGrayLine(
-            path_, number,
-            std::string(kColumns[column]) + " '" + text + "' is no number 0.." + limit.str(),
-            column < kX ? "correct it, or state the scale of the device values with --range"
-                        : "correct it, or measure the patch again");
+        refuseLine(path_, number,
+                   std::string(kColumns[column]) + " '" + text + "' is no number 0.." + limit.str(),
+                   column < kX ? "correct it, or state the scale of the device values with --range"
+                               : "correct it, or measure the patch again");
     }
 
     [[noreturn]] void refuse(size_t number, const std::string& fault) const {
-        refuseGrayLine(path_, number, fault, kHeaderRemedy);
+        refuseLine(path_, number, fault, kHeaderRemedy);
     }
 
     const std::string& path_;
@@ -121,19 +121,14 @@ class CsvReader {
 
 }  // namespace
 
-void refuseGrayLine(const std::string& path, size_t line, const std::string& fault,
-                    const std::string& remedy) {
-    throw InputError(path + ", line " + std::to_string(line) + ": " + fault, remedy);
-}
-
-GrayCsv readGrayCsv(const std::string& path, double range) {
+std::vector<lumoxa::GrayPatch> readGrayCsv(const std::string& path, double range) {
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
     const std::vector<uint8_t> bytes = readFile(path, "table of patches");
     std::string text(bytes.begin(), bytes.end());
     if (text.starts_with(kByteOrderMark)) text.erase(0, kByteOrderMark.size());
     std::istringstream lines(text);
     CsvReader reader(path, range);
-    GrayCsv csv;
+    std::vector<lumoxa::GrayPatch> patches;
     size_t number = 0;
     bool inPatches = false;
     for (std::string line; std::getline(lines, line);) {
@@ -141,15 +136,14 @@ GrayCsv readGrayCsv(const std::string& path, double range) {
         line.resize(std::min(line.find('#'), line.size()));
         if (trimmed(line).empty()) continue;
         if (inPatches) {
-            csv.patches.push_back(reader.readPatch(line, number));
+            patches.push_back(reader.readPatch(line, number));
         } else {
             reader.readHeader(line, number);
             inPatches = true;
         }
     }
-    if (csv.patches.empty()) throw InputError(path + ": holds no patches", kHeaderRemedy);
-    csv.companions = reader.hasCompanions();
-    return csv;
+    if (patches.empty()) throw InputError(path + ": holds no patches", kHeaderRemedy);
+    return patches;
 }
 
 }  // namespace lumoxa_tool

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/gray_tone.h"
 
-#include <algorithm>
-#include <cmath>
+#include <array>
 #include <sstream>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
-#include "tools/fault_finder.h"
 #include "tools/number_list.h"
 #include "tools/tool_error.h"
 
@@ -30,19 +29,17 @@ double parseInRange(const std::string& option, const std::string& text, double l
     return value;
 }
 
-std::array<unsigned short, 2> parsePair(const std::string& text) {
+void parsePair(const std::string& text, lumoxa::GrayTone& tone) {
     const std::vector<double> numbers = parseNumbers("--tone", text, 2);
-    std::array<unsigned short, 2> pair = {};
-    for (size_t i = 0; i < pair.size(); ++i) {
-        requireRange("--tone", numbers[i], -kMostTone, kMostTone);
-        pair[i] = static_cast<unsigned short>(std::lround(32768 + 256 * numbers[i]));
-    }
-    return pair;
+    for (const double number : numbers)
+        requireRange("--tone", number, -kMostTone, kMostTone);
+    tone.a = static_cast<float>(numbers[0]);
+    tone.b = static_cast<float>(numbers[1]);
 }
 
-std::vector<float> parseSplitTone(const std::string& text) {
+std::vector<std::array<float, 3>> parseSplitTone(const std::string& text) {
     const std::string option = "--split-tone";
-    std::vector<float> triples;
+    std::vector<std::array<float, 3>> tones;
     std::istringstream points(text);
     double last = -1;
     for (std::string point; std::getline(points, point, ';');) {
@@ -52,31 +49,22 @@ std::vector<float> parseSplitTone(const std::string& text) {
         const double L = parseInRange(option, point.substr(0, colon), 0, kWhite);
         if (L <= last) throw UsageError(option + ": L* must rise from point to point");
         last = L;
-        triples.push_back(static_cast<float>(L));
-        for (const double value : parseNumbers(option, point.substr(colon + 1), 2)) {
+        const std::vector<double> ab = parseNumbers(option, point.substr(colon + 1), 2);
+        for (const double value : ab)
             requireRange(option, value, -kMostTone, kMostTone);
-            triples.push_back(static_cast<float>(value));
-        }
+        tones.push_back(
+            {static_cast<float>(L), static_cast<float>(ab[0]), static_cast<float>(ab[1])});
     }
-    if (triples.empty()) throw UsageError(option + ": names no point");
-    return triples;
+    if (tones.empty()) throw UsageError(option + ": names no point");
+    return tones;
+}
+
+bool isGiven(const GrayToneOptions& options) {
+    return options.noShape || !(options.tone.empty() && options.splitTone.empty() &&
+                                options.fade.empty() && options.shape.empty());
 }
 
 }  // namespace
-
-bool isGrayDevice(const Profile& profile, icTransType direction) {
-    return profile.space() == kGray && profile.hasTag(kGrayTag) &&
-           lutTagFor(profile, icPerceptual, direction) == 0;
-}
-
-int deviceChannels(const Profile& profile, icTransType direction) {
-    return isGrayDevice(profile, direction) ? kGrayDeviceChannels
-                                            : channelsOfSpace(profile.space());
-}
-
-bool GrayToneOptions::given() const {
-    return noShape || !(tone.empty() && splitTone.empty() && fade.empty() && shape.empty());
-}
 
 void addToneOptions(CLI::App& command, GrayToneOptions& options) {
     const auto add = [&](const char* name, std::string& text, const char* form, const char* what) {
@@ -101,32 +89,21 @@ void addToneOptions(CLI::App& command, GrayToneOptions& options) {
         option->excludes(command.get_option("--link"));
 }
 
-GrayTone parseTone(const GrayToneOptions& options, icRenderingIntent intent) {
+std::optional<lumoxa::GrayTone> parseTone(const GrayToneOptions& options, lumoxa::Intent intent) {
     constexpr double kMostShape = 100;
-    GrayTone tone;
-    if (!options.tone.empty()) tone.pair = parsePair(options.tone);
-    if (!options.splitTone.empty()) tone.splitTone = parseSplitTone(options.splitTone);
+    if (!isGiven(options)) return std::nullopt;
+    lumoxa::GrayTone tone;
+    if (!options.tone.empty()) parsePair(options.tone, tone);
+    if (!options.splitTone.empty()) tone.points = parseSplitTone(options.splitTone);
     if (!options.fade.empty())
         tone.fade = static_cast<float>(parseInRange("--fade", options.fade, 0, 1));
     tone.shaped = !options.noShape;
     if (options.shape.empty()) return tone;
-    if (intent != icPerceptual)
+    if (intent != lumoxa::Intent::Perceptual)
         throw UsageError("--shape: only --intent perceptual shapes the tones");
     tone.shape =
         static_cast<float>(parseInRange("--shape", options.shape, -kMostShape, kMostShape));
     return tone;
-}
-
-int getTonedXform(icProfile_t profile, icRenderingIntent intent, const GrayTone& tone,
-                  icXform_t* out) {
-    const unsigned short* const pair = tone.pair ? tone.pair->data() : nullptr;
-    const int shaping = tone.shaped ? 1 : 0;
-    if (tone.splitTone.empty())
-        return icXformGet(profile, intent, icPcsToDevice, pair, tone.fade, out, shaping,
-                          tone.shape);
-    return icXformGet(profile, intent, icPcsToDevice, pair,
-                      static_cast<int>(tone.splitTone.size() / 3), tone.splitTone.data(), out,
-                      shaping, tone.shape);
 }
 
 }  // namespace lumoxa_tool

@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/link_command.h"
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <iomanip>
 #include <iostream>
+#include <sstream>
 
-#include "tools/interrupt.h"
-#include "tools/profile_chain.h"
-#include "tools/profile_writer.h"
+#include "tools/conversion_report.h"
+#include "tools/option_fault.h"
+#include "tools/output_file.h"
+#include "tools/profile_text.h"
 #include "tools/signatures.h"
 #include "tools/tool_error.h"
 
@@ -17,15 +20,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Its three channels follow one number, which a grid between them would blur.
-void refuseGrayDevice(const Profile& profile) {
-    if (!isGrayDevice(profile, icDeviceToPcs) && !isGrayDevice(profile, icPcsToDevice)) return;
-    throw InputError(profile.name() + ": is for a gray device of three channels, whose tones a " +
-                         "device link can't hold",
-                     "give the profile itself to convert or values");
-}
-
-std::vector<Profile> openProfiles(const LinkArguments& arguments) {
+std::vector<NamedProfile> openProfiles(const LinkArguments& arguments) {
     if (arguments.profiles.size() < 2) {
         throw UsageError(
             "a device link needs at least two profiles: the source's and the target's");
@@ -36,47 +31,77 @@ std::vector<Profile> openProfiles(const LinkArguments& arguments) {
             throw UsageError(word + ": is a profile to link, and -o would replace it");
         }
     }
-    std::vector<Profile> profiles;
+    std::vector<NamedProfile> profiles;
     for (const std::string& word : arguments.profiles)
-        profiles.push_back(Profile::open(word));
-    for (const Profile& profile : profiles)
-        refuseGrayDevice(profile);
+        profiles.push_back(openProfile(word));
     return profiles;
 }
 
-void printReport(const LinkArguments& arguments, const std::vector<ChainLink>& chain,
-                 const Table& table, double seconds) {
-    std::cout << std::fixed << arguments.output << '\n';
-    for (size_t i = 0; i < chain.size(); ++i) {
-        std::cout << "  " << std::left << std::setw(10) << i + 1 << chain[i].description << ": "
-                  << chain[i].describe() << '\n';
+// A profile without a description is called by its file, wherever that lies.
+std::string endName(const NamedProfile& profile) {
+    const std::string text = profile.profile.description();
+    return text.empty() ? std::filesystem::path(profile.name).filename().string() : text;
+}
+
+// In the characters that a description of version 2 can hold.
+std::string plainDescription(const std::vector<NamedProfile>& profiles) {
+    std::string text = endName(profiles.front()) + " to " + endName(profiles.back());
+    const auto isOther = [](char c) { return c < ' ' || c > '~'; };
+    std::replace_if(text.begin(), text.end(), isOther, '?');
+    return text;
+}
+
+lumoxa::Profile makeLink(const LinkArguments& arguments,
+                         const std::vector<NamedProfile>& profiles) {
+    std::vector<lumoxa::Profile> chain;
+    chain.reserve(profiles.size());
+    for (const NamedProfile& profile : profiles)
+        chain.push_back(profile.profile);
+    try {
+        return lumoxa::makeLink(chain, arguments.request.options(), arguments.precision);
+    } catch (const lumoxa::Error& error) {
+        refuse(error, profiles);
     }
+}
+
+lumoxa::Profile withTexts(lumoxa::Profile link, const LinkArguments& arguments,
+                          const std::vector<NamedProfile>& profiles) {
+    const std::string description = arguments.description.value_or(plainDescription(profiles));
+    link = withOption("--description",
+                      [&] { return link.withText(kProfileDescriptionTag, description); });
+    if (!arguments.copyright) return link;
+    return withOption("--copyright",
+                      [&] { return link.withText(kCopyrightTag, *arguments.copyright); });
+}
+
+void printReport(const LinkArguments& arguments, const std::vector<NamedProfile>& profiles,
+                 const lumoxa::Profile& link, double seconds) {
+    std::cout << arguments.output << '\n';
+    for (size_t i = 0; i < profiles.size(); ++i) {
+        std::cout << reportLine(
+            std::to_string(i + 1),
+            profiles[i].description() + ": " + spaceText(profiles[i].profile.colorSpace()));
+    }
+    std::ostringstream time;
+    time << std::fixed << std::setprecision(2) << seconds << " s";
     std::error_code ignored;
     const auto bytes = std::filesystem::file_size(arguments.output, ignored);
-    std::cout << "  combined  " << table.describe() << ", " << intentText(arguments.request.intent)
-              << '\n'
-              << "  size      " << bytes << " bytes\n"
-              << "  time      " << std::setprecision(2) << seconds << " s" << std::endl;
+    const char* const bits = arguments.precision == lumoxa::Sample::U8 ? "8" : "16";
+    std::cout << reportLine("table", linkGridText(lumoxa::Conversion({link})) + ", " + bits +
+                                         " bits, " + intentText(arguments.request.intent))
+              << reportLine("size", std::to_string(bytes) + " bytes")
+              << reportLine("time", time.str()) << std::flush;
 }
 
 }  // namespace
 
 void runLink(const LinkArguments& arguments) {
-    const std::vector<Profile> profiles = openProfiles(arguments);
-    LinkTexts texts = arguments.texts;
-    if (texts.description.empty()) texts.description = linkDescription(profiles);
-    requireStorable(texts);
-    watchForInterrupt();
+    const std::vector<NamedProfile> profiles = openProfiles(arguments);
     const Clock::time_point start = Clock::now();
-    const std::vector<ChainLink> chain = chainOfProfiles(profiles, arguments.request.intent);
-    for (const ChainLink& link : chain) {
-        if (!link.notice.empty()) printMessage(link.notice);
-    }
-    const Table table = withPrecision(combineChain(chain, arguments.request), arguments.precision);
-    const ProfileHandle link = makeLinkProfile(profiles, table, arguments.request.intent, texts);
-    saveProfile(link.get(), arguments.output);
+    const lumoxa::Profile link = withTexts(makeLink(arguments, profiles), arguments, profiles);
+    writeFile(arguments.output, link.bytes());
     const std::chrono::duration<double> elapsed = Clock::now() - start;
-    if (!arguments.quiet) printReport(arguments, chain, table, elapsed.count());
+    if (!arguments.quiet) printReport(arguments, profiles, link, elapsed.count());
 }
 
 }  // namespace lumoxa_tool

@@ -3,11 +3,11 @@
 // `lumoxa link`: a chain of profiles combined and saved as a device-link profile.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "tools/combined_chain.h"
-#include "tools/link_profile.h"
+#include "tools/conversion_request.h"
 
 namespace lumoxa_tool {
 
@@ -15,8 +15,9 @@ struct LinkArguments {
     std::vector<std::string> profiles;
     std::string output;
     ConversionRequest request;
-    Precision precision = Precision::k16;
-    LinkTexts texts = {{}, "No copyright, use freely"};  ///< no description: from the profiles
+    lumoxa::Sample precision = lumoxa::Sample::U16;  ///< of the table
+    std::optional<std::string> description;          ///< else from the profiles
+    std::optional<std::string> copyright;            ///< else free
     bool quiet = false;
 };
 

@@ -1,21 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Command line of the tool.
-#include <clocale>
-#include <cstdio>
 #include <iostream>
-#include <map>
-#include <new>
 #include <string>
 #include <vector>
 
 #include <CLI/CLI.hpp>
-#include <vips/vips.h>
 
-#include "tools/convert_command.h"
+#include "tools/conversion_request.h"
 #include "tools/edit_command.h"
+#include "tools/exit_code.h"
+#include "tools/image_commands.h"
 #include "tools/info_command.h"
-#include "tools/interrupt.h"
 #include "tools/link_command.h"
 #include "tools/make_display_command.h"
 #include "tools/make_gray_command.h"
@@ -39,36 +35,6 @@ struct CommandLine {
     InfoArguments info;
 };
 
-const std::map<std::string, icRenderingIntent> kIntents = {
-    {"perceptual", icPerceptual},
-    {"relative", icRelativeColorimetric},
-    {"saturation", icSaturation},
-    {"absolute", icAbsoluteColorimetric},
-};
-
-void addConversionOptions(CLI::App& command, ConversionRequest& request) {
-    const auto choose = [&request](const std::string& word) { request.intent = kIntents.at(word); };
-    command
-        .add_option_function<std::string>("--intent", choose,
-                                          "Rendering intent, relative unless given")
-        ->check(CLI::IsMember(kIntents))
-        ->option_text("perceptual|relative|saturation|absolute");
-    command.add_flag("--display-flare", request.displayFlare,
-                     "Lift and lower the black of RGB displays by their flare; without it, colour "
-                     "is converted as measured");
-}
-
-void addLinkOption(CLI::App& command, std::string& link, ConversionRequest& request) {
-    CLI::Option* const combine = command.add_flag(
-        "--combine", request.combine,
-        "Convert with one table as `lumoxa link` stores it, where two steps would be more exact");
-    CLI::Option* const option =
-        command.add_option("--link", link, "Device-link profile that converts by itself");
-    option->option_text("PROFILE")->excludes(combine);
-    for (const char* settled : {"--from", "--intent", "--display-flare"})
-        option->excludes(command.get_option(settled));
-}
-
 CLI::App* addConvert(CLI::App& app, ConvertArguments& arguments) {
     CLI::App* command = app.add_subcommand("convert", "Convert an image from device to device");
     command->add_option("IN", arguments.input, "Image to read: TIFF, PNG, JPEG, WebP and more")
@@ -79,16 +45,16 @@ CLI::App* addConvert(CLI::App& app, ConvertArguments& arguments) {
                      "save options may follow the name, as in out.tif[compression=deflate]")
         ->required();
     command
-        ->add_option("--to", arguments.to,
-                     "Target profile: a file, or sRGB for the built-in one; with --link, the one "
-                     "to embed, if any")
+        ->add_option(
+            "--to", arguments.to,
+            "Target profile: a file or a built-in one; with --link, the one to embed, if any")
         ->option_text("PROFILE");
     command
         ->add_option("--from", arguments.from,
                      "Source profile for an image that embeds none; built-in sRGB unless given")
         ->option_text("PROFILE");
     addConversionOptions(*command, arguments.request);
-    addLinkOption(*command, arguments.link, arguments.request);
+    addLinkOption(*command, arguments.link);
     addToneOptions(*command, arguments.request.tone);
     command
         ->add_option("--depth", arguments.depth,
@@ -104,13 +70,11 @@ CLI::App* addValues(CLI::App& app, ValuesArguments& arguments) {
     CLI::App* command = app.add_subcommand("values", "Convert single colours");
     command->add_option("VALUE", arguments.values,
                         "Colours such as 255,0,0; without any, lines of the standard input");
-    command
-        ->add_option("--from", arguments.from,
-                     "Source profile: a file, or sRGB for the built-in one")
+    command->add_option("--from", arguments.from, "Source profile: a file or a built-in one")
         ->option_text("PROFILE");
     command->add_option("--to", arguments.to, "Target profile, likewise")->option_text("PROFILE");
     addConversionOptions(*command, arguments.request);
-    addLinkOption(*command, arguments.link, arguments.request);
+    addLinkOption(*command, arguments.link);
     command->get_option("--link")->excludes("--to");
     addToneOptions(*command, arguments.request.tone);
     command->add_flag("--16", arguments.sixteenBits, "Also -16: numbers are 0..65535, not 0..255");
@@ -128,17 +92,18 @@ CLI::App* addLink(CLI::App& app, LinkArguments& arguments) {
         ->required()
         ->option_text("FILE");
     addConversionOptions(*command, arguments.request);
-    const auto setPrecision = [&arguments](Precision precision) {
+    using lumoxa::Sample;
+    const auto setPrecision = [&arguments](Sample precision) {
         return [&arguments, precision] { arguments.precision = precision; };
     };
     CLI::Option* const lut8 =
-        command->add_flag_callback("--lut8", setPrecision(Precision::k8),
+        command->add_flag_callback("--lut8", setPrecision(Sample::U8),
                                    "Table of 8 bits: smaller, but coarse where gamuts are cut off");
-    command->add_flag_callback("--lut16", setPrecision(Precision::k16), "Of 16 bits, the default")
+    command->add_flag_callback("--lut16", setPrecision(Sample::U16), "Of 16 bits, the default")
         ->excludes(lut8);
-    command->add_option("--description", arguments.texts.description,
+    command->add_option("--description", arguments.description,
                         "Text; the first and the last profile's names unless given");
-    command->add_option("--copyright", arguments.texts.copyright, "Text")->capture_default_str();
+    command->add_option("--copyright", arguments.copyright, "Text; free unless given");
     command->add_flag("-q,--quiet", arguments.quiet, "No report; warnings stay");
     return command;
 }
@@ -148,7 +113,7 @@ CLI::App* addInfo(CLI::App& app, InfoArguments& arguments) {
         "info", "Show what a profile holds and offers, and what in it breaks ICC.1");
     command->add_option("PROFILE", arguments.profile, "Profile file, or sRGB for the built-in one")
         ->required();
-    command->add_flag("--json", arguments.json, "The same as one JSON document");
+    command->add_flag("--json", arguments.json, "The whole report as one JSON document");
     return command;
 }
 
@@ -170,6 +135,9 @@ int run(int argc, char** argv) {
         "  lumoxa values --from sRGB --to press.icc 255,0,0 0,0,0\n"
         "  lumoxa link sRGB press.icc -o srgb-to-press.icc\n"
         "  lumoxa info press.icc\n"
+        "Built-in profiles: sRGB, AdobeRGB, DisplayP3, Rec2020, ProPhotoRGB, gray, gray-2.2, and "
+        "the "
+        "spaces Lab and XYZ for values; a file of such a name is written ./sRGB.\n"
         "Exit codes: 0 done, 1 an input file is at fault, 2 wrong usage.");
     app.name("lumoxa");
     app.set_version_flag("--version", "lumoxa " LUMOXA_TOOL_VERSION);
@@ -193,8 +161,9 @@ int run(int argc, char** argv) {
         }
         throw UsageError(std::string(error.what()) + "; see lumoxa --help");
     }
+    int code = kSuccess;
     if (convert->parsed()) {
-        runConvert(line.convert);
+        code = convertImage(line.convert);
     } else if (values->parsed()) {
         runValues(line.values);
     } else if (link->parsed()) {
@@ -208,39 +177,14 @@ int run(int argc, char** argv) {
     } else {
         runInfo(line.info);
     }
-    if (!std::cout.flush()) throw InputError("standard output can't be written; check its disk");
-    return kSuccess;
-}
-
-void ignoreLog(const char*, GLogLevelFlags, const char*, void*) {}
-
-// Codecs warn of trifles in several lines; what matters comes back as an error.
-void startVips(const char* program) {
-    if (VIPS_INIT(program) != 0)
-        throw InputError("libvips does not start: " + std::string(vips_error_buffer()));
-    g_log_set_handler("VIPS", static_cast<GLogLevelFlags>(G_LOG_LEVEL_MASK), ignoreLog, nullptr);
-    vips_cache_set_max(0);  // one image, one pass: nothing comes again
+    if (!std::cout.flush() && code == kSuccess)
+        throw InputError("standard output can't be written; check its disk");
+    return code;
 }
 
 }  // namespace
 }  // namespace lumoxa_tool
 
 int main(int argc, char** argv) {
-    using namespace lumoxa_tool;
-    int exitCode = kInputAtFault;
-    try {
-        startVips(argv[0]);
-        exitCode = run(argc, argv);
-    } catch (const UsageError& error) {
-        printMessage(error.what());
-        exitCode = kUsage;
-    } catch (const Interrupted&) {
-        dieOfInterrupt();
-    } catch (const std::bad_alloc&) {
-        printMessage("not enough memory");
-    } catch (const std::exception& error) {
-        printMessage(error.what());
-    }
-    vips_shutdown();
-    return exitCode;
+    return lumoxa_tool::exitCodeOf([=] { return lumoxa_tool::run(argc, argv); });
 }

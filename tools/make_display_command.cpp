@@ -1,36 +1,35 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/make_display_command.h"
 
-#include <ctime>
 #include <iostream>
 
 #include <CLI/CLI.hpp>
 
 #include "tools/display_curve.h"
-#include "tools/display_profile.h"
 #include "tools/number_list.h"
-#include "tools/profile_source.h"
-#include "tools/profile_writer.h"
+#include "tools/option_fault.h"
+#include "tools/output_file.h"
 
 namespace lumoxa_tool {
 namespace {
 
-DisplayColorimetry parseColorimetry(const MakeDisplayArguments& arguments) {
+lumoxa::Display parseDisplay(const MakeDisplayArguments& arguments) {
+    constexpr uint32_t kVersion2 = 0x02400000;  // which all software reads
     std::string words;
     for (const std::string& word : arguments.primaries)
         words += (words.empty() ? "" : ",") + word;
     const std::vector<double> xy = parseNumbers("--primaries", words, 6);
     const std::vector<double> white = parseNumbers("--white", arguments.white, 2);
-    return {{{{xy[0], xy[1]}, {xy[2], xy[3]}, {xy[4], xy[5]}}}, {white[0], white[1]}};
-}
-
-icDateTimeNumber now() {
-    const std::time_t time = std::time(nullptr);
-    const std::tm* const utc = std::gmtime(&time);
-    if (utc == nullptr) return {};
-    const auto part = [](int value) { return static_cast<uint16_t>(value); };
-    return {part(utc->tm_year + 1900), part(utc->tm_mon + 1), part(utc->tm_mday),
-            part(utc->tm_hour),        part(utc->tm_min),     part(utc->tm_sec)};
+    lumoxa::Display display;
+    display.red = {xy[0], xy[1]};
+    display.green = {xy[2], xy[3]};
+    display.blue = {xy[4], xy[5]};
+    display.white = {white[0], white[1]};
+    display.curve = displayCurve(arguments.curve);
+    display.version = kVersion2;
+    display.description = arguments.description.value_or("RGB display, white " + arguments.white);
+    display.copyright = arguments.copyright.value_or(display.copyright);
+    return display;
 }
 
 }  // namespace
@@ -63,16 +62,14 @@ CLI::App* addMakeDisplay(CLI::App& app, MakeDisplayArguments& arguments) {
 }
 
 void runMakeDisplay(const MakeDisplayArguments& arguments) {
-    const std::string plainName = "RGB display, white " + arguments.white;
-    const Profile profile(
-        arguments.output,
-        makeDisplayProfile({parseColorimetry(arguments), displayCurveTag(arguments.curve),
-                            arguments.description.value_or(plainName),
-                            arguments.copyright.value_or(kFreeCopyright), now()}));
-    saveProfile(profile.loadForEditing().get(), arguments.output);
+    const lumoxa::Display display = parseDisplay(arguments);
+    const lumoxa::Profile profile =
+        withOption("make-display", [&] { return lumoxa::makeDisplay(display); });
+    const std::vector<uint8_t> bytes = profile.bytes();
+    writeFile(arguments.output, bytes);
     if (arguments.quiet) return;
-    std::cout << arguments.output << ": " << profile.description() << ", " << profile.bytes().size()
-              << " bytes" << std::endl;
+    std::cout << arguments.output << ": " << display.description << ", " << bytes.size() << " bytes"
+              << std::endl;
 }
 
 }  // namespace lumoxa_tool

@@ -16,7 +16,7 @@ namespace lumoxa_tool {
 struct MakeDisplayArguments {
     std::vector<std::string> primaries;  ///< rx,ry,gx,gy,bx,by in one word or three
     std::string white;                   ///< x,y
-    std::string curve;                   ///< as displayCurveTag takes it
+    std::string curve;                   ///< as displayCurve takes it
     std::string output;
     std::optional<std::string> description, copyright;
     bool quiet = false;

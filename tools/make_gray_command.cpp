@@ -3,36 +3,76 @@
 
 #include <iomanip>
 #include <iostream>
+#include <new>
 
 #include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
 
-#include "tools/display_profile.h"
-#include "tools/gray_fit.h"
-#include "tools/gray_profile.h"
-#include "tools/gray_table.h"
-#include "tools/profile_writer.h"
+#include "lumoxa/lumoxa.hpp"
+#include "tools/gray_csv.h"
+#include "tools/output_file.h"
+#include "tools/profile_text.h"
+#include "tools/signatures.h"
 #include "tools/tool_error.h"
 
 namespace lumoxa_tool {
 namespace {
 
-std::string partsText(const GrayTable& table) {
-    const std::string points = std::to_string(table.points);
-    if (table.layout == kGrayRamp) return "a ramp of " + points + " patches";
-    return std::to_string(table.steps) + (table.steps == 1 ? " step" : " steps") + " of " + points +
+using Json = nlohmann::json;
+
+// A text is at fault on the command line, all else in the table.
+[[noreturn]] void refuse(const lumoxa::Error& error, const std::string& path) {
+    if (error.code() == LMX_ERR_NO_MEMORY) throw std::bad_alloc();
+    if (error.tag() == kProfileDescriptionTag) {
+        throw UsageError(std::string("--description: ") + error.what());
+    }
+    if (error.tag() == kCopyrightTag) throw UsageError(std::string("--copyright: ") + error.what());
+    throw InputError(path + ": " + error.what(),
+                     "correct the table, or state the scale of its device values with --range");
+}
+
+// A profile, and the library's report on its prints.
+struct MadeGray {
+    std::vector<uint8_t> bytes;
+    Json report;
+};
+
+MadeGray makeGray(const MakeGrayArguments& arguments, const lumoxa::GrayPrint& print) {
+    const std::vector<lumoxa::GrayPatch> patches = readGrayCsv(arguments.patches, print.range);
+    try {
+        const lumoxa::Profile profile = lumoxa::makeGrayPrint(patches, print);
+        return {profile.bytes(), Json::parse(lumoxa::grayPrintReport(profile))};
+    } catch (const lumoxa::Error& error) {
+        refuse(error, arguments.patches);
+    }
+}
+
+bool isRamp(const Json& report) {
+    return report["layout"] == "ramp";
+}
+
+std::string partsText(const Json& report) {
+    const std::string points = report["points"].dump();
+    if (isRamp(report)) return "a ramp of " + points + " patches";
+    return report["steps"].dump() + (report["steps"] == 1 ? " step" : " steps") + " of " + points +
            " x " + points + " companions, paper and black";
 }
 
-void printFit(const NeutralFit& fit, const GrayTable& table) {
-    std::cout << std::fixed << std::setprecision(1) << "  L* range    " << fit.black << " to "
-              << fit.paper << '\n'
-              << std::setprecision(2) << "  tone error  mean " << fit.meanError << ", largest "
-              << fit.largestError << std::setprecision(1) << " at L* " << fit.largestAt << '\n'
-              << (table.layout == kGrayRamp ? "  off neutral" : "  clips      ");
-    for (size_t i = 0; i < fit.clips.size(); ++i) {
-        std::cout << (i == 0 ? " L* " : ", ") << fit.clips[i].dark << " to " << fit.clips[i].light;
+void printFit(const Json& report) {
+    const auto number = [](const Json& value) { return value.get<double>(); };
+    const Json& error = report["tone_error"];
+    const Json& ranges = report["off_neutral"];
+    std::cout << std::fixed << std::setprecision(1) << "  L* range    " << number(report["black"])
+              << " to " << number(report["paper"]) << '\n'
+              << std::setprecision(2) << "  tone error  mean " << number(error["mean"])
+              << ", largest " << number(error["largest"]) << std::setprecision(1) << " at L* "
+              << number(error["largest_at"]) << '\n'
+              << (isRamp(report) ? "  off neutral" : "  clips      ");
+    for (size_t i = 0; i < ranges.size(); ++i) {
+        std::cout << (i == 0 ? " L* " : ", ") << number(ranges[i]["dark"]) << " to "
+                  << number(ranges[i]["light"]);
     }
-    std::cout << (fit.clips.empty() ? " nowhere" : "") << std::endl;
+    std::cout << (ranges.empty() ? " nowhere" : "") << std::endl;
 }
 
 }  // namespace
@@ -62,20 +102,21 @@ CLI::App* addMakeGray(CLI::App& app, MakeGrayArguments& arguments) {
 }
 
 void runMakeGray(const MakeGrayArguments& arguments) {
-    const GrayTable table = readGrayTable(arguments.patches, arguments.range);
-    const std::string name = arguments.description.value_or("Gray print of three channels");
-    const ProfileHandle profile =
-        makeGrayProfile(table, name, arguments.copyright.value_or(kFreeCopyright));
-    const NeutralFit fit = neutralFit(profile.get());
-    saveProfile(profile.get(), arguments.output);
+    lumoxa::GrayPrint print;
+    print.range = arguments.range;
+    print.description = arguments.description.value_or(print.description);
+    print.copyright = arguments.copyright.value_or(print.copyright);
+    const MadeGray made = makeGray(arguments, print);
+    writeFile(arguments.output, made.bytes);
     if (arguments.quiet) return;
-    if (table.steps != kBestGraySteps) {
-        printMessage("note: " + arguments.patches +
-                     ": steps of main: " + std::to_string(table.steps) +
-                     "; 16 serve best, as others are resampled to them");
+    const Json& report = made.report;
+    if (report["steps"] != report["best_steps"]) {
+        printMessage("note: " + arguments.patches + ": steps of main: " + report["steps"].dump() +
+                     "; " + report["best_steps"].dump() +
+                     " serve best, as others are resampled to them");
     }
-    std::cout << arguments.output << ": " << name << ", " << partsText(table) << '\n';
-    printFit(fit, table);
+    std::cout << arguments.output << ": " << print.description << ", " << partsText(report) << '\n';
+    printFit(report);
 }
 
 }  // namespace lumoxa_tool

@@ -9,6 +9,7 @@
 #include <string>
 #include <system_error>
 
+#include "tools/interrupt.h"
 #include "tools/tool_error.h"
 
 #if defined(_WIN32)
@@ -68,6 +69,12 @@ bool syncToDisk(const fs::path& path) {
 #endif
 }
 
+[[noreturn]] void refuseDisk(const fs::path& target) {
+    const std::string reason = std::generic_category().message(errno);
+    throw InputError(target.string() + ": can't be written whole (" + reason + ")",
+                     "check the disk and the room on it");
+}
+
 }  // namespace
 
 OutputFile::OutputFile(const fs::path& target) : target_(followLinks(target)) {
@@ -102,11 +109,7 @@ OutputFile::~OutputFile() {
 }
 
 void OutputFile::commit() {
-    if (!syncToDisk(temporary_)) {
-        const std::string reason = std::generic_category().message(errno);
-        throw InputError(target_.string() + ": can't be written whole (" + reason + ")",
-                         "check the disk and the room on it");
-    }
+    if (!syncToDisk(temporary_)) refuseDisk(target_);
     std::error_code error;
     const fs::file_status old = fs::status(target_, error);
     if (fs::exists(old)) fs::permissions(temporary_, old.permissions(), error);
@@ -116,6 +119,19 @@ void OutputFile::commit() {
                          "check its permissions");
     }
     temporary_.clear();
+}
+
+void writeFile(const std::string& path, const std::vector<uint8_t>& bytes) {
+    if (path.empty()) throw UsageError("-o: needs the name of a file");
+    watchForInterrupt();
+    OutputFile file(path);
+    std::ofstream out(file.temporaryName(), std::ios::binary);
+    out.write(reinterpret_cast<const char*>(bytes.data()),
+              static_cast<std::streamsize>(bytes.size()));
+    out.close();
+    throwIfInterrupted();
+    if (!out) refuseDisk(path);
+    file.commit();
 }
 
 }  // namespace lumoxa_tool

@@ -3,7 +3,10 @@
 // An output file that appears whole or not at all.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <string>
+#include <vector>
 
 namespace lumoxa_tool {
 
@@ -29,5 +32,10 @@ class OutputFile {
     std::filesystem::path target_;
     std::filesystem::path temporary_;
 };
+
+/// Writes a file whole or not at all, as OutputFile does. From here on Ctrl-C is noted and not died
+/// of, so that nothing half-done stays behind.
+/// @throws InputError, UsageError for an empty path, Interrupted
+void writeFile(const std::string& path, const std::vector<uint8_t>& bytes);
 
 }  // namespace lumoxa_tool

@@ -16,13 +16,13 @@ namespace {
 // JPEG's usual quality of 75 halves the resolution of colour, which is what this tool is about: 92
 // keeps it whole.
 constexpr OutputFormat kFormats[] = {
-    // suffix, name, options, gray, cmyk, alpha, sixteenBits
-    {".tif", "TIFF", "", true, true, true, true},
-    {".tiff", "TIFF", "", true, true, true, true},
-    {".png", "PNG", "", true, false, true, true},
-    {".jpg", "JPEG", "[Q=92]", true, true, false, false},
-    {".jpeg", "JPEG", "[Q=92]", true, true, false, false},
-    {".webp", "WebP", "[Q=92]", false, false, true, false},
+    // suffix, name, options, gray, cmyk, alpha, manyExtras, sixteenBits
+    {".tif", "TIFF", "", true, true, true, true, true},
+    {".tiff", "TIFF", "", true, true, true, true, true},
+    {".png", "PNG", "", true, false, true, false, true},
+    {".jpg", "JPEG", "[Q=92]", true, true, false, false, false},
+    {".jpeg", "JPEG", "[Q=92]", true, true, false, false, false},
+    {".webp", "WebP", "[Q=92]", false, false, true, false, false},
 };
 
 }  // namespace

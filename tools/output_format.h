@@ -16,6 +16,7 @@ struct OutputFormat {
     bool gray;
     bool cmyk;
     bool alpha;
+    bool manyExtras;  ///< more extra channels than alpha
     bool sixteenBits;
 };
 

@@ -2,25 +2,17 @@
 #include "tools/profile_source.h"
 
 #include <algorithm>
+#include <new>
 
-#include "tools/fault_finder.h"
-#include "tools/file_bytes.h"
 #include "tools/profile_text.h"
-#include "tools/sampled_curves.h"
 #include "tools/signatures.h"
-#include "tools/srgb_profile.h"
-#include "tools/tool_error.h"
 
 namespace lumoxa_tool {
 
-Profile Profile::open(const std::string& word) {
-    if (word == kBuiltInSrgb) return Profile("built-in sRGB", makeSrgbProfile());
-    return Profile(word, readFile(word, "profile"));
-}
-
-Profile::Profile(std::string name, std::vector<uint8_t> bytes, std::string remedy)
-    : name_(std::move(name)), bytes_(std::move(bytes)), remedy_(std::move(remedy)) {
-    loadForTransforms(bytes_);
+Profile::Profile(ProfileContent content)
+    : name_(content.name),
+      profile_(loadProfile(content).profile),
+      bytes_(std::move(content.bytes)) {
     icProfileGetHeader(handle(), &header_);
 
     // The loader has checked the table and every tag against the bytes, so the readers that take
@@ -29,17 +21,6 @@ Profile::Profile(std::string name, std::vector<uint8_t> bytes, std::string remed
     if (icReadTagTable(bytes_.data(), &list) != icSuccess) throw std::bad_alloc();
     const std::unique_ptr<icTagList_safe64bit, BlockFree> owner(list);
     tags_.assign(list->tags, list->tags + list->count);
-    const std::vector<uint8_t> sampled = withSampledCurves(bytes_, tags_);
-    if (!sampled.empty()) loadForTransforms(sampled);
-}
-
-void Profile::loadForTransforms(const std::vector<uint8_t>& bytes) {
-    icProfile_t profile = nullptr;
-    const int code = icProfileLoadFromBuffer(nullptr, bytes.data(), bytes.size(), &profile);
-    handle_.reset(profile);
-    if (code == icSuccess) return;
-    const Fault fault = loadFault(bytes, code);
-    throw InputError(name_ + ": " + fault.text, remedy(fault.remedy));
 }
 
 ProfileHandle Profile::loadForEditing() const {

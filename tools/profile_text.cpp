@@ -3,12 +3,13 @@
 
 #include <algorithm>
 
+#include "tools/byte_view.h"
+
 namespace lumoxa_tool {
 namespace {
 
 // No text of a profile is longer, and hostile ones would fill the screen.
 constexpr uint64_t kMaxTextBytes = 1 << 16;
-constexpr uint64_t kMaxLanguages = 100;
 
 void appendUtf8(std::string& text, uint32_t character) {
     const auto byte = [](uint32_t value) { return static_cast<char>(value); };
@@ -118,11 +119,6 @@ class LocalizedRecords {
     }
     uint64_t count() const { return count_; }
     bool isEnglish(uint64_t i) const { return tag_.u16(at(i)) == ('e' << 8 | 'n'); }
-    std::string language(uint64_t i) const {
-        const std::string both = signatureText(tag_.u32(at(i)));
-        return tag_.u16(at(i) + 2) == 0 ? both.substr(0, 2)
-                                        : both.substr(0, 2) + "-" + both.substr(2);
-    }
     std::string text(uint64_t i) const {
         return cleanText(fromUtf16(tag_.part(tag_.u32(at(i) + 8), tag_.u32(at(i) + 4))));
     }
@@ -145,9 +141,7 @@ std::string englishText(const LocalizedRecords& records) {
     return records.text(chosen < records.count() ? chosen : 0);
 }
 
-}  // namespace
-
-std::string tagText(ByteView tag) {
+std::string textOf(ByteView tag) {
     switch (tag.u32(0)) {
         case fourCc("desc"):
             return descriptionText(tag);
@@ -160,22 +154,10 @@ std::string tagText(ByteView tag) {
     }
 }
 
-std::string tagText(const Tag& tag) {
-    return tagText(ByteView(tag.bytes));
-}
+}  // namespace
 
-LocalizedTexts tagTexts(ByteView tag) {
-    LocalizedTexts all;
-    if (tag.u32(0) != fourCc("mluc")) {
-        if (std::string text = tagText(tag); !text.empty()) all.texts.push_back({"", text});
-        return all;
-    }
-    const LocalizedRecords records(tag);
-    const uint64_t shown = std::min(records.count(), kMaxLanguages);
-    for (uint64_t i = 0; i < shown; ++i)
-        all.texts.push_back({records.language(i), records.text(i)});
-    all.more = records.count() - shown;
-    return all;
+std::string tagText(const Tag& tag) {
+    return textOf(ByteView(tag.bytes));
 }
 
 }  // namespace lumoxa_tool

@@ -27,14 +27,9 @@ inline constexpr uint32_t kGray = fourCc("GRAY");
 inline constexpr uint32_t kXyz = fourCc("XYZ ");
 inline constexpr uint32_t kLab = fourCc("Lab ");
 inline constexpr uint32_t kGrayTag = fourCc("wzgd");  ///< patches of a gray device
-inline constexpr uint32_t kLut8 = fourCc("mft1");
-inline constexpr uint32_t kLut16 = fourCc("mft2");
-inline constexpr uint32_t kLutAToB = fourCc("mAB ");
-inline constexpr uint32_t kLutBToA = fourCc("mBA ");
-
-constexpr bool isConnectionSpace(uint32_t space) {
-    return space == kXyz || space == kLab;
-}
+inline constexpr uint32_t kLinkClass = fourCc("link");
+/// Samples of a pixel of a gray device with companions, whatever its colour space says.
+inline constexpr int kGrayPrintChannels = 3;
 
 inline uint32_t bigEndian16(const uint8_t* at) {
     return static_cast<uint32_t>(at[0]) << 8 | at[1];
@@ -60,12 +55,6 @@ std::string quotedSignature(uint32_t signature);
 /// A colour space for people: "RGB", "Lab".
 std::string spaceText(uint32_t space);
 
-/// The kind of a transform in words: "lut16", "curves and matrix".
-std::string kindText(uint32_t kind);
-
 std::string intentText(uint32_t intent);
-
-/// Colour channels of a pixel in a space; 0 for a space that ICC.1 doesn't list.
-int channelsOfSpace(uint32_t space);
 
 }  // namespace lumoxa_tool

@@ -4,8 +4,6 @@
 #include <charconv>
 #include <iostream>
 
-#include "tools/packed_converter.h"
-#include "tools/result_text.h"
 #include "tools/signatures.h"
 #include "tools/tool_error.h"
 
@@ -17,18 +15,18 @@ constexpr size_t kBatch = 4096;
 
 class ValueConverter {
   public:
-    /// @param conversion  must outlive the converter
-    ValueConverter(const ValuesArguments& arguments, const Conversion& conversion)
-        : conversion_(conversion),
-          converter_(conversion),
+    /// @param space  of the source, for messages
+    ValueConverter(const ValuesArguments& arguments, lumoxa::Conversion conversion, uint32_t space)
+        : conversion_(std::move(conversion)),
+          space_(space),
+          channels_(static_cast<size_t>(conversion_.inputChannels())),
           top_(arguments.sixteenBits ? 65535 : 255) {}
 
     // @param where  names the value in a message
     void add(std::string_view text, const std::string& where) {
         const char* at = text.data();
         const char* const end = at + text.size();
-        const uint32_t wanted = conversion_.desc.inChannels;
-        for (uint32_t i = 0; i < wanted; ++i) {
+        for (size_t i = 0; i < channels_; ++i) {
             unsigned value = 0;
             while (at < end && *at == ' ')
                 ++at;
@@ -38,7 +36,7 @@ class ValueConverter {
             at = stop;
             while (at < end && (*at == ' ' || *at == '\r'))
                 ++at;
-            if ((at < end && *at == ',') != (i + 1 < wanted)) refuse(text, where);
+            if ((at < end && *at == ',') != (i + 1 < channels_)) refuse(text, where);
             ++at;
         }
         if (at <= end) refuse(text, where);
@@ -48,9 +46,9 @@ class ValueConverter {
     void flush() {
         if (count_ == 0) return;
         if (top_ == 255) {
-            print(convert<uint8_t>(icSamples8));
+            print(convert<uint8_t>());
         } else {
-            print(convert<uint16_t>(icSamples16));
+            print(convert<uint16_t>());
         }
         samples_.clear();
         count_ = 0;
@@ -58,27 +56,28 @@ class ValueConverter {
 
   private:
     [[noreturn]] void refuse(std::string_view text, const std::string& where) {
-        samples_.resize(count_ * conversion_.desc.inChannels);
+        samples_.resize(count_ * channels_);
         flush();  // what came before is fine
         throw UsageError(where + " '" + std::string(text) + "' is not " +
-                         std::to_string(conversion_.desc.inChannels) + " whole numbers 0.." +
-                         std::to_string(top_) + " with commas between, as " +
-                         spaceText(conversion_.desc.inSpace) + " has");
+                         std::to_string(channels_) + " whole numbers 0.." + std::to_string(top_) +
+                         " with commas between, as " + spaceText(space_) + " has");
     }
 
     template <class Sample>
-    std::vector<Sample> convert(int32_t dataType) {
+    std::vector<Sample> convert() const {
+        const int outputs = conversion_.outputChannels();
+        const auto width = static_cast<int64_t>(count_);
         std::vector<Sample> source(samples_.begin(), samples_.end());
-        std::vector<Sample> destination(count_ * conversion_.desc.outChannels);
-        const int code =
-            converter_.convert({source.data(), dataType}, {destination.data(), dataType}, count_);
-        if (code != icSuccess) throw InputError("converting values " + faultText(code));
+        std::vector<Sample> destination(count_ * static_cast<size_t>(outputs));
+        conversion_.run(
+            lumoxa::ImageView::packed(source.data(), width, 1, static_cast<int>(channels_)),
+            lumoxa::ImageView::packed(destination.data(), width, 1, outputs));
         return destination;
     }
 
     template <class Sample>
     void print(const std::vector<Sample>& samples) const {
-        const size_t channels = conversion_.desc.outChannels;
+        const auto channels = static_cast<size_t>(conversion_.outputChannels());
         for (size_t i = 0; i < samples.size(); ++i) {
             std::cout << static_cast<unsigned>(samples[i])
                       << ((i + 1) % channels != 0 ? ',' : '\n');
@@ -86,8 +85,9 @@ class ValueConverter {
         std::cout.flush();
     }
 
-    const Conversion& conversion_;
-    PackedConverter converter_;
+    lumoxa::Conversion conversion_;
+    uint32_t space_;
+    size_t channels_;
     unsigned top_;
     std::vector<uint16_t> samples_;
     size_t count_ = 0;
@@ -108,14 +108,20 @@ void convertLines(ValueConverter& converter) {
     }
 }
 
-Conversion chosenConversion(const ValuesArguments& arguments) {
-    if (!arguments.link.empty()) return makeLinkConversion(Profile::open(arguments.link));
+std::vector<NamedProfile> openChain(const ValuesArguments& arguments) {
+    if (!arguments.link.empty()) {
+        const NamedProfile link = openProfile(arguments.link);
+        requireLink(link);
+        return {link};
+    }
     if (arguments.from.empty() || arguments.to.empty()) {
         throw UsageError("--from and --to, or --link, are required; see lumoxa --help");
     }
-    const Profile from = Profile::open(arguments.from);
-    const Profile to = Profile::open(arguments.to);
-    return makeConversion(from, to, arguments.request);
+    std::vector<NamedProfile> chain = {openProfile(arguments.from), openProfile(arguments.to)};
+    for (const NamedProfile& profile : chain)
+        requireDevice(profile);
+    requireTonePossible(arguments.request, chain.back());
+    return chain;
 }
 
 }  // namespace
@@ -123,11 +129,10 @@ Conversion chosenConversion(const ValuesArguments& arguments) {
 void runValues(const ValuesArguments& arguments) {
     // Streams with buffers of their own: synchronised ones can't tell whether more input is there.
     std::ios::sync_with_stdio(false);
-    const Conversion conversion = chosenConversion(arguments);
-    for (const ChainLink& link : conversion.links) {
-        if (!link.notice.empty()) printMessage(link.notice);
-    }
-    ValueConverter converter(arguments, conversion);
+    const std::vector<NamedProfile> chain = openChain(arguments);
+    constexpr bool kExact = true;
+    ValueConverter converter(arguments, makeConversion(chain, arguments.request, kExact),
+                             chain.front().profile.colorSpace());
     if (arguments.values.empty()) convertLines(converter);
     for (const std::string& value : arguments.values)
         converter.add(value, "value");

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/transform_chain.h"
+#include "tools/conversion_request.h"
 
 namespace lumoxa_tool {
 
@@ -19,7 +19,8 @@ struct ValuesArguments {
     std::vector<std::string> values;  ///< "255,0,0"; none: lines of the standard input
 };
 
-/// Prints one converted colour a line.
+/// Prints one converted colour a line, computed stage by stage: no table has to be built first, and
+/// none stands between the colour and the answer.
 /// @throws UsageError for a value with a wrong count or range, InputError for a profile
 void runValues(const ValuesArguments& arguments);
 

@@ -6,9 +6,8 @@
 #include <array>
 #include <memory>
 
+#include "base/entry_guard.h"
 #include "lumoxa/evaluate.h"
-#include "profile/entry_guard.h"
-#include "xform/inverse_curve.h"
 #include "xform/tone_curve.h"
 #include "xform/xform_object.h"
 
@@ -132,7 +131,7 @@ int build(const icProfileInternal& profile, icXformInternal& xform, bool toDevic
     xform.gridPoints = 0;
     xform.inTableEntries = toDevice ? 0 : entries;
     xform.outTableEntries = toDevice ? entries : 0;
-    adoptState<TrcMatrixState, trcMatrix_t>(xform, std::move(state));
+    xform.state = XformState(std::shared_ptr<const trcMatrix_t>(std::move(state)));
     return icSuccess;
 }
 
@@ -144,10 +143,12 @@ int guardedBuild(icProfileInternal* profile, icXformInternal* xform, bool toDevi
 }  // namespace
 }  // namespace lumoxa
 
+using namespace lumoxa;
+
 int icBuildTrcMatrixXform(icProfileInternal* profile, icXformInternal* xform, icRenderingIntent) {
-    return lumoxa::guardedBuild(profile, xform, false);
+    return guardedBuild(profile, xform, false);
 }
 
 int icBuildMatrixTrcXform(icProfileInternal* profile, icXformInternal* xform, icRenderingIntent) {
-    return lumoxa::guardedBuild(profile, xform, true);
+    return guardedBuild(profile, xform, true);
 }

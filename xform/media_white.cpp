@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "xform/media_white.h"
 
+#include "base/byte_order.h"
+#include "base/entry_guard.h"
+#include "base/pcs_encoding.h"
 #include "lumoxa/profile.h"
 #include "lumoxa/xform.h"
-#include "profile/byte_order.h"
-#include "profile/entry_guard.h"
-#include "profile/pcs_encoding.h"
 #include "xform/tone_curve.h"
 
 namespace lumoxa {
@@ -42,7 +42,7 @@ void connectionSpaceWhite(const icProfileInternal& profile, uint16_t (&white)[3]
 
 void mediaWhite(const icProfileInternal& profile, uint16_t (&white)[3]) {
     const int code =
-        profile.tagStorage == icTagsInFile
+        profile.tagStorage == kTagsInFile
             ? icGetMediaWhitepoint(profile.stream, profile.tagList, white)
             : icGetMediaWhitepoint(static_cast<const void*>(nullptr), profile.tagList, white);
     if (code != icSuccess) connectionSpaceWhite(profile, white);
@@ -50,11 +50,13 @@ void mediaWhite(const icProfileInternal& profile, uint16_t (&white)[3]) {
 
 }  // namespace lumoxa
 
+using namespace lumoxa;
+
 int icGetMediaWhitepoint(FILE* stream, icTagList_safe64bit* list, unsigned short white[3]) {
     if (stream == nullptr) return icErrInvalid;
-    return lumoxa::guarded([&] { return lumoxa::readWhitePoint(stream, list, white); });
+    return guarded([&] { return readWhitePoint(stream, list, white); });
 }
 
 int icGetMediaWhitepoint(const void* image, icTagList_safe64bit* list, unsigned short white[3]) {
-    return lumoxa::guarded([&] { return lumoxa::readWhitePoint(image, list, white); });
+    return guarded([&] { return readWhitePoint(image, list, white); });
 }

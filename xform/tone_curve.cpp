@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "xform/tone_curve.h"
 
+#include <cmath>
+
+#include "base/pcs_encoding.h"
+#include "base/power.h"
+#include "base/root_finder.h"
 #include "lut/lut_tag.h"
-#include "profile/pcs_encoding.h"
-#include "profile/power.h"
+#include "lut/table_lookup.h"
 
 namespace lumoxa {
 namespace {
@@ -36,6 +40,26 @@ void copyExtended(const std::vector<uint16_t>& source, int entries, float* table
     for (size_t i = 0; i < static_cast<size_t>(entries); ++i) {
         table[i] = i < source.size() ? source[i] : source.back();
     }
+}
+
+constexpr float kMachineEpsilon = 3e-8f;   // half of single precision's, as the method asks
+constexpr float kHalfTolerance = 0.0005f;  // half of 0.001 table positions
+constexpr float kHit = 1e-6f;              // of a value at either end: counts as the value itself
+
+float toleranceAt(float x) {
+    return 2.0f * kMachineEpsilon * std::fabs(x) + kHalfTolerance;
+}
+
+/// Finds the position x in 0 .. entries - 1 where the curve has the value y; leaves x as it is when
+/// the search does not converge.
+void findOnCurve(const float* table, int entries, float y, float& x) {
+    const auto difference = [&](float at) { return lookUp(table, entries - 2, at) - y; };
+    const auto end = [&](float at) {
+        const float value = difference(at);
+        return RootSample{at, std::fabs(value) < kHit ? 0.0f : value};
+    };
+    const float last = static_cast<float>(entries - 1);
+    findRoot(difference, end(0.0f), end(last), toleranceAt, x);
 }
 
 }  // namespace
@@ -91,6 +115,15 @@ void sampleToneCurve(const ToneCurve& curve, int entries, float* table) {
         sampleGamma(curve.entries[0] * kGammaStep, entries, table);
     } else {
         copyExtended(curve.entries, entries, table);
+    }
+}
+
+void invertCurve(const float* table, int entries, float* inverse) {
+    float x = 0.0f;
+    const auto last = static_cast<float>(entries - 1);
+    for (int i = 0; i < entries; ++i) {
+        findOnCurve(table, entries, static_cast<float>(i) * kSampleMax16 / last, x);
+        inverse[i] = x * kSampleMax16 / last;
     }
 }
 

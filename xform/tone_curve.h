@@ -37,8 +37,8 @@ int readXyz(const icProfileInternal& profile, icTagSignature signature,
 /// Samples a parametric curve on the scale of curve tables, 0..65535.
 ///
 /// The constants c and e of types 2 and 4, and the linear segments of types 3 and 4, are not
-/// brought to that scale, nor is any part of type 4: deliberate, callers rely on these tables as
-/// they are. All types but 0 are clipped to 0..65535.
+/// brought to that scale, nor is any part of type 4: those segments end near 0, and type 4 as a
+/// whole. All types but 0 are clipped to 0..65535.
 void sampleParametric(const ParametricCurve& curve, int entries, float* table);
 
 /// Fills a table with 65535 x^gamma at equal steps of x from 0 to 1.
@@ -47,5 +47,10 @@ void sampleGamma(double gamma, int entries, float* table);
 /// Fills a table of `entries` with the curve's values, 0..65535. A sampled curve is copied entry by
 /// entry and, where it is shorter, extended with its last entry.
 void sampleToneCurve(const ToneCurve& curve, int entries, float* table);
+
+/// Fills `inverse` with the inverse of the piecewise-linear curve through `table` on the same
+/// number of entries, values on the scale 0..65535. What the curve does not reach becomes an end of
+/// it; where the search does not converge, the entry before is used again.
+void invertCurve(const float* table, int entries, float* inverse);
 
 }  // namespace lumoxa

@@ -2,33 +2,37 @@
 #include "xform/xform_object.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <new>
-
-#include "profile/c_heap.h"
 
 namespace lumoxa {
+namespace {
+
+TagView tagOf(const icXformInternal& xform) {
+    return {reinterpret_cast<const uint8_t*>(xform.tagData.get()), false};
+}
+
+template <class Scheme>
+XformState makeSimplexState(const icXformInternal& xform) {
+    return XformState(std::shared_ptr<const SimplexState<Scheme>>(
+        buildSimplexState<Scheme>(xform.tagData.get(), xform.inSpace, xform.outSpace)));
+}
+
+XformState makeLutState(const icXformInternal& xform, LutStateKind kind) {
+    if (kind == LutStateKind::kTetra) return makeSimplexState<TetraScheme>(xform);
+    if (kind == LutStateKind::kPenta) return makeSimplexState<PentaScheme>(xform);
+    auto plain = std::make_shared<icLutState_t>();
+    icBuildLutState(xform.tagData.get(), xform.inSpace, xform.outSpace, *plain);
+    return XformState(std::shared_ptr<const icLutState_t>(std::move(plain)));
+}
+
+}  // namespace
 
 XformPtr newXform() {
-    auto record = allocateZeroed<icXformInternal>(sizeof(icXformInternal));
-    if (!record) throw std::bad_alloc();
-    record->refCount = 1;
-    return XformPtr(record.release());
+    return XformPtr(new icXformInternal);
 }
 
 void attachLutState(icXformInternal& xform, LutStateKind kind) {
-    const TagView tag{reinterpret_cast<const uint8_t*>(xform.tagData), false};
-    if (kind == LutStateKind::kTetra) {
-        xform.tetraState =
-            buildSimplexState<TetraScheme>(xform.tagData, xform.inSpace, xform.outSpace).release();
-    } else if (kind == LutStateKind::kPenta) {
-        xform.pentaState =
-            buildSimplexState<PentaScheme>(xform.tagData, xform.inSpace, xform.outSpace).release();
-    } else {
-        auto plain = std::make_unique<icLutState_t>();
-        icBuildLutState(xform.tagData, xform.inSpace, xform.outSpace, *plain);
-        adoptState(xform, std::move(plain));
-    }
+    const TagView tag = tagOf(xform);
+    xform.state = makeLutState(xform, kind);
     const icLutState_t& s = *lutStateOf(xform);
     const auto entriesOf = [](int32_t own, int32_t middle) {
         return static_cast<uint32_t>(own != 0 ? own : middle);
@@ -41,8 +45,7 @@ void attachLutState(icXformInternal& xform, LutStateKind kind) {
 }
 
 void attachLutState(icXformInternal& xform) {
-    const TagView tag{reinterpret_cast<const uint8_t*>(xform.tagData), false};
-    attachLutState(xform, lutStateKindFor(tag.inputs()));
+    attachLutState(xform, lutStateKindFor(tagOf(xform).inputs()));
 }
 
 }  // namespace lumoxa
@@ -55,13 +58,7 @@ void icXformInc(icXform_t xform) {
 
 void icXformFree(icXform_t handle) {
     icXformInternal* xform = writable(handle);
-    if (xform == nullptr || --xform->refCount >= 1) return;
-    if (xform->releaseState != nullptr) xform->releaseState(xform->state);
-    dropBlackWhite(xform->blackWhite);
-    delete xform->tetraState;
-    delete xform->pentaState;
-    std::free(xform->tagData);
-    std::free(xform);
+    if (xform != nullptr && --xform->refCount < 1) delete xform;
 }
 
 int icXformGetDesc(icXform_t xform, icXformDesc_t* out) {

@@ -5,12 +5,15 @@
 
 #include <cstdint>
 #include <memory>
+#include <utility>
+#include <variant>
 
+#include "base/c_heap.h"
+#include "lumoxa/evaluate.h"
+#include "lumoxa/gray.h"
 #include "lumoxa/xform.h"
-#include "lut/penta.h"
-#include "lut/tetra.h"
+#include "lut/simplex_schemes.h"
 #include "profile/signatures.h"
-#include "xform/black_white.h"
 
 namespace lumoxa {
 
@@ -22,40 +25,70 @@ inline constexpr uint32_t kKindLabToGray = fourcc("LtoK");
 inline constexpr uint32_t kKindLabToXyz = fourcc("LtoX");
 inline constexpr uint32_t kKindXyzToLab = fourcc("XtoL");
 inline constexpr uint32_t kKindAbsolute = fourcc("AbsX");
-inline constexpr uint32_t kKindFlare = fourcc("Flar");
+inline constexpr uint32_t kKindTableStage = fourcc("Flar");
 inline constexpr uint32_t kKindPerceptualToRelative = fourcc("PtoR");
 inline constexpr uint32_t kKindRelativeToPerceptual = fourcc("RtoP");
 
+// States of stages that only chains have.
+struct Flare_t;
+struct WhiteScaling;
+struct icBlackWhite_t;
+
+/// What a transform is evaluated from, of the type that its kind asks for. A LUT kind has one of
+/// three: tetrahedral for three inputs, pentahedral for four, plain otherwise. States are immutable
+/// and may have several owners.
+class XformState {
+  public:
+    XformState() = default;
+    template <class T>
+    explicit XformState(std::shared_ptr<const T> state) : state_(std::move(state)) {}
+
+    explicit operator bool() const { return get() != nullptr; }
+    /// The state as kernels take it; null without one.
+    const void* get() const {
+        return std::visit([](const auto& s) { return static_cast<const void*>(s.get()); }, state_);
+    }
+    /// The state when it is of that very type, else null.
+    template <class T>
+    const T* as() const {
+        const auto* held = std::get_if<std::shared_ptr<const T>>(&state_);
+        return held == nullptr ? nullptr : held->get();
+    }
+
+  private:
+    template <class... States>
+    using OneOf = std::variant<std::shared_ptr<const States>...>;
+
+    OneOf<icLutState_t, icLutTetraState_t, icLutPentaState_t, trcMatrix_t, GrayConv_t, XyzToLab_t,
+          LabToXyz_t, Flare_t, WhiteScaling, icBlackWhite_t>
+        state_;
+};
+
 }  // namespace lumoxa
 
-/// One zeroed block of the C heap. A LUT kind has exactly one of the three states: tetrahedral for
-/// three inputs, pentahedral for four, plain otherwise. States are immutable; `state` is released
-/// by `releaseState`, which whoever sets a state sets with it, so every kind is released the same
-/// way.
+/// What a handle stands for: a conversion, what it is made from and what it is evaluated from.
+/// Immutable once built, except for the count and `blackWhite`, which one thread at a time changes.
 struct icXformInternal {
-    uint32_t kind;
-    int32_t refCount;
-    uint16_t pcsWhite[3];    // XYZ with 1.0 = 32768
-    uint16_t mediaWhite[3];  // likewise; the connection-space white when the profile has none
-    uint32_t intent;
-    uint32_t transType;
-    uint32_t inSpace;
-    uint32_t outSpace;
-    uint32_t deviceClass;
-    uint32_t inChannels;
-    uint32_t outChannels;
-    uint32_t gridPoints;  // of one dimension: the largest where they differ
-    uint32_t inTableEntries;
-    uint32_t outTableEntries;
-    icTagBase* tagData;  // LUT kinds: the tag in host byte order, C heap
-    void* state;
-    lumoxa::icLutTetraState_t* tetraState;
-    lumoxa::icLutPentaState_t* pentaState;
-    void (*releaseState)(void* state);
-    lumoxa::icBlackWhite_t* blackWhite;  // of a device, once a stage has asked for it; counted
-    uint64_t reserved;
+    uint32_t kind = 0;
+    int32_t refCount = 1;
+    uint16_t pcsWhite[3] = {};    // XYZ with 1.0 = 32768
+    uint16_t mediaWhite[3] = {};  // likewise; the connection-space white when the profile has none
+    uint32_t intent = 0;
+    uint32_t transType = 0;
+    uint32_t inSpace = 0;
+    uint32_t outSpace = 0;
+    uint32_t deviceClass = 0;
+    uint32_t inChannels = 0;
+    uint32_t outChannels = 0;
+    uint32_t gridPoints = 0;  // of one dimension: the largest where they differ
+    uint32_t inTableEntries = 0;
+    uint32_t outTableEntries = 0;
+    lumoxa::CHeapPtr<icTagBase> tagData;  // LUT kinds: the tag in host byte order, which the state
+                                          // points into
+    lumoxa::XformState state;
+    // Of a device, once a stage has asked for it.
+    std::shared_ptr<const lumoxa::icBlackWhite_t> blackWhite;
 };
-static_assert(sizeof(icXformInternal) == 120);
 
 namespace lumoxa {
 
@@ -64,21 +97,10 @@ struct XformRelease {
 };
 using XformPtr = std::unique_ptr<icXformInternal, XformRelease>;
 
-/// A zeroed record with one holder. Throws std::bad_alloc.
+/// A record with one holder. Throws std::bad_alloc.
 XformPtr newXform();
 
-/// Gives `xform` a state on the C++ heap. `pointer` is what the kernels are handed: `State` itself
-/// or a public record that it derives from.
-template <class State, class Record = State>
-void adoptState(icXformInternal& xform, std::unique_ptr<State> state) {
-    if (xform.releaseState != nullptr) xform.releaseState(xform.state);
-    xform.state = static_cast<Record*>(state.release());
-    xform.releaseState = [](void* record) {
-        delete static_cast<State*>(static_cast<Record*>(record));
-    };
-}
-
-/// The three evaluation states of a LUT kind, in the order in which evaluation looks for them.
+/// The three evaluation states of a LUT kind.
 enum class LutStateKind { kTetra, kPenta, kPlain };
 
 /// The state that suits a number of inputs.
@@ -97,9 +119,9 @@ void attachLutState(icXformInternal& xform);
 
 /// The LUT state of a LUT kind, whichever of the three it has; null when it has none.
 inline const icLutState_t* lutStateOf(const icXformInternal& xform) {
-    if (xform.tetraState != nullptr) return xform.tetraState;
-    if (xform.pentaState != nullptr) return xform.pentaState;
-    return isLutType(xform.kind) ? static_cast<const icLutState_t*>(xform.state) : nullptr;
+    if (const auto* tetra = xform.state.as<icLutTetraState_t>()) return tetra;
+    if (const auto* penta = xform.state.as<icLutPentaState_t>()) return penta;
+    return xform.state.as<icLutState_t>();
 }
 
 /// Handles are pointers to const so that callers can't write through them; the library made every

@@ -2,10 +2,10 @@
 //
 // From a profile, an intent and a direction to a transform. The seven public forms are one request
 // with different tone parameters for the gray builders.
+#include "base/entry_guard.h"
 #include "gray/gray_builders.h"
 #include "lumoxa/xform.h"
 #include "lut/lut_tag.h"
-#include "profile/entry_guard.h"
 #include "profile/profile_object.h"
 #include "xform/media_white.h"
 #include "xform/tag_choice.h"
@@ -67,8 +67,7 @@ int buildGrayXform(const Request& request, icXformInternal& xform) {
     xform.inChannels = xform.outChannels = 3;
     xform.inTableEntries = state->inEntries;
     xform.outTableEntries = state->outEntries;
-    xform.state = state.release();
-    xform.releaseState = [](void* record) { GrayRelease()(static_cast<GrayConv_t*>(record)); };
+    xform.state = XformState(std::shared_ptr<const GrayConv_t>(std::move(state)));
     return icSuccess;
 }
 
@@ -78,7 +77,7 @@ int readLutTag(const Request& request, icTagSignature signature, icXformInternal
     if (const int code = checkLutTag(tag.bytes.get(), tag.size)) return code;
     icSwapLut(tag.bytes.get());
     xform.kind = tag.type();
-    xform.tagData = tag.bytes.release();
+    xform.tagData = std::move(tag.bytes);
     return icSuccess;
 }
 

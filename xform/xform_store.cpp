@@ -6,9 +6,9 @@
 #include <optional>
 #include <utility>
 
+#include "base/entry_guard.h"
 #include "lumoxa/xform.h"
 #include "lut/lut_tag.h"
-#include "profile/entry_guard.h"
 #include "profile/tag_edit.h"
 #include "xform/tag_choice.h"
 #include "xform/xform_object.h"
@@ -18,12 +18,11 @@ namespace {
 
 using namespace lut_layout;
 
-// What a new entry adds to the size field here is 24, twice what editing a tag adds: deliberate,
-// callers see it until the profile is saved, when the size is worked out anew.
+// What a new entry adds to the size field here is 24, twice what editing a tag adds. Saving works
+// the size out anew.
 constexpr uint32_t kStoredEntryGrowth = 24;
 
-/// Sizes of a LUT tag in bytes: by its own layout, and as it is stored. The zeros that make the
-/// difference are deliberate: stored tags have always had them.
+/// Sizes of a LUT tag in bytes: by its own layout, and as it is stored, with zeros behind it.
 struct TagSize {
     uint64_t layout;
     uint64_t stored;
@@ -31,7 +30,7 @@ struct TagSize {
 
 std::optional<TagSize> tagSize(const icXformInternal& xform) {
     if (xform.kind != kTypeLut8 && xform.kind != kTypeLut16) return std::nullopt;
-    const TagView tag{reinterpret_cast<const uint8_t*>(xform.tagData), false};
+    const TagView tag{reinterpret_cast<const uint8_t*>(xform.tagData.get()), false};
     const uint64_t clut = clutEntries(tag.inputs(), tag.u8(kGrid), tag.outputs());
     if (xform.kind == kTypeLut8) {
         const uint64_t layout =
@@ -51,7 +50,7 @@ bool contradicts(icTagTypeSignature asked, uint32_t kind) {
 /// The tag's bytes in file byte order.
 CHeapPtr<uint8_t> fileOrderTag(const icXformInternal& xform, const TagSize& size) {
     auto bytes = requireZeroed<uint8_t>(static_cast<size_t>(size.stored));
-    std::memcpy(bytes.get(), xform.tagData, static_cast<size_t>(size.layout));
+    std::memcpy(bytes.get(), xform.tagData.get(), static_cast<size_t>(size.layout));
     icUnSwapLut(reinterpret_cast<icTagBase*>(bytes.get()));
     swapInPlace<icTagTypeSignature>(bytes.get(), 1);
     return bytes;
@@ -69,9 +68,10 @@ int store(icProfileInternal& profile, icTagSignature signature, const icXformInt
 }  // namespace
 }  // namespace lumoxa
 
+using namespace lumoxa;
+
 int icXformSet(icProfile_t handle, icTagTypeSignature type, icRenderingIntent intent,
                icTransType transType, icXform_t xform) {
-    using namespace lumoxa;
     if (handle == nullptr) return icErrInvalid;
     if (xform == nullptr) return icErrXformKind;
     icProfileInternal* profile = editableProfile(handle);

@@ -7,7 +7,8 @@
 #include "lumoxa/types.h"
 
 /// Header of a lut16 tag ('mft2') as laid out in a file, but in host byte order; the input tables,
-/// the grid and the output tables follow at byte 52, all as 16-bit words (ICC.1:2001, 6.5.8).
+/// the grid and the output tables follow at byte 52, all as 16-bit words (lut16Type of
+/// ICC.1:2001-04).
 struct icLut16Type {
     uint32_t sig;
     uint8_t reserved[4];
@@ -37,6 +38,9 @@ inline constexpr int icCombineKeepPaperWhite = 2;  ///< no paper-white adjustmen
 /// where it is linear between its end curves, but what is not (colours that the target's gamut cuts
 /// off, Lab between XYZ profiles and Lab ones) is spread over half the range. Where that matters,
 /// convert with one transform after the other.
+///
+/// Three grid points make AdobeRGB to sRGB err by Delta E*ab 3.6 in the mean over random colours,
+/// inside sRGB too. lumoxa/lumoxa.hpp converts without these limits.
 ///
 /// For an RGB display at the start of the chain, black is lifted by 1/24 of the range, and lowered
 /// by as much for an RGB display at its end (with any start but Lab), so that a shadow keeps its
@@ -109,6 +113,11 @@ LUMOXA_API icXformInternal* icGetXyzToLabXform(const unsigned short pcsWhite[3],
                                                const unsigned short mediaWhite[3]);
 
 /// Makes a Lab identity that scales its output to a number of bits a channel.
+///
+/// Its media white has Z 20730 where D50 has 27030: absolute colorimetry in a chain with it gets a
+/// colour cast. Its L* passes as it is, whichever of the two 16-bit encodings (0..65280, 0..65535)
+/// the caller means; neighbours in a chain take it for the first. lumoxa/lumoxa.hpp converts
+/// without these limits, with L* coded one way throughout.
 ///
 /// @param bitsL  1..16; L* values end at 2^bitsL - 1
 /// @param bitsA  the same for a*

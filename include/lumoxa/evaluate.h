@@ -60,6 +60,11 @@ struct LabToXyz_t {
 /// that is not packed. The source's counts rule; without a progress callback, packed lines that
 /// follow one another without a gap are converted together, with the same bytes as result.
 ///
+/// The transform alone says how many channels a packed pixel has: nothing tells that a buffer holds
+/// fewer, and three-channel pixels handed to a transform from CMYK are read beyond their end. 8-bit
+/// samples of a connection space made from 65408 or more wrap to 0. lumoxa/lumoxa.hpp converts
+/// without these limits, and checks both sides first.
+///
 /// @param xform        transform to apply; read only, may be in use on other threads
 /// @param source       lineCount x pixelCount pixels of the transform's input channels
 /// @param destination  as source, with the transform's output channels; disjoint from the source
@@ -85,7 +90,7 @@ LUMOXA_API int icEvaluate(icXform_t xform, const icPixelLayout_t* source,
 /// Three channels, or one when the state's inSpace is 'GRAY'. Single-precision; results are rounded
 /// and clipped to 0..65535. In the gray form a first output sample (L* or X) that does not lie
 /// below 65280 is not stored at all: the pixel's other samples and all later pixels of the run then
-/// land one sample earlier. This is deliberate and kept for callers that depend on it.
+/// land one sample earlier.
 ///
 /// @param state        a trcMatrix_t, read only
 /// @param source       `pixels` pixels of 3 (gray: 1) samples

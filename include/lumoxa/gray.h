@@ -63,7 +63,7 @@ struct GrayConv_t {
 ///                    (all channels 0) and the darkest black (main channel 65535, companions 0).
 ///                    A ramp: n triples from paper to black at even steps.
 /// @param layoutFlag  2 for a ramp, 0 or 1 for grids
-/// @param pair        wanted tone, or null for neutral
+/// @param pair        a* and b* of the wanted tone in the 16-bit Lab encoding; null is neutral
 /// @param parameter   t in 0..1, which fades the tone to paper and black: a* and b* times
 ///                    1 - t (2 L* / 100 - 1)^2
 /// @param curves      steps + 2 values each: abscissae, companions, L*, achieved a* and b*
@@ -81,7 +81,7 @@ LUMOXA_API int icBuildGrayPreLuts(int n, int steps, const float* samples, int la
 ///
 /// @param state      curves, tag and samples filled
 /// @param intent     not used: what a device value looks like does not depend on it
-/// @param pair       wanted tone, or null for neutral
+/// @param pair       a* and b* of the wanted tone in the 16-bit Lab encoding; null is neutral
 /// @param parameter  fade of the tone, as `icBuildGrayPreLuts`
 /// @return 0; icErrInvalid for a null state, one without curves, tag or samples that curves can be
 ///         fitted to, or with fewer than 2 entries; icErrNoMemory, which leaves it without tables
@@ -97,13 +97,14 @@ LUMOXA_API int icBuildGrayInLuts(GrayConv_t* state, icRenderingIntent intent,
 /// @param state             curves, tag and samples filled; a tag with other than 16 steps is
 ///                          resampled to 16 by the splines of its curves
 /// @param intent            0 for black compensation
-/// @param pair              wanted tone, or null for neutral
+/// @param pair              a* and b* of the wanted tone in the 16-bit Lab encoding; null is
+///                          neutral
 /// @param shaping           non-zero: a tone curve, perceptual intent only, that keeps the ends and
 ///                          gives the middle the contrast that the compensation took
 /// @param shapingParameter  0 gives the middle its full slope, above 0 more, below 0 less. For a
-/// black
-///                          of L* = 100 b the curve rises throughout from 4 - 12 / (1 + 2 b) to
-///                          8 - 24 b, -8..8 for b = 0; beyond that its ends turn back
+///                          black of L* = 100 b the curve rises throughout from
+///                          4 - 12 / (1 + 2 b) to 8 - 24 b, -8..8 for b = 0; beyond that its ends
+///                          turn back
 /// @return as `icBuildGrayInLuts`
 LUMOXA_API int icBuildGrayOutLuts(GrayConv_t* state, icRenderingIntent intent,
                                   const unsigned short* pair, int shaping, float shapingParameter);

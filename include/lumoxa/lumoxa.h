@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Lumoxa: reads ICC profiles, builds and chains colour transforms, converts pixels.
-// This header brings in the whole public interface; C++17 or later, nothing else to include. What
-// other languages call is in lmx.h.
+// This header brings in all `ic` functions; C++17 or later, nothing else to include. Conversions
+// that are right by default are in lumoxa.hpp, what other languages call is in lmx.h.
 #pragma once
 
 #include "lumoxa/combine.h"

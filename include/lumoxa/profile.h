@@ -2,9 +2,9 @@
 //
 // ICC profiles: reading their bytes, and profile objects.
 //
-// A profile is a big-endian file (ICC.1, 7): a 128-byte header, a table of tags, the tags' data.
-// Headers and tag tables are handed out in host byte order. Of a tag's data only the type signature
-// is: the body stays as in the file, and whoever uses a field converts it.
+// A profile is a big-endian file (ICC.1:2010, 7): a 128-byte header, a table of tags, the tags'
+// data. Headers and tag tables are handed out in host byte order. Of a tag's data only the type
+// signature is: the body stays as in the file, and whoever uses a field converts it.
 //
 // The functions keep nothing between calls. Two threads may call any of them at once as long as
 // neither writes what the other uses; reading from a FILE moves its position, which is a write.
@@ -21,7 +21,7 @@
 
 // --- Reading bytes ------------------------------------------------------------------------------
 
-/// Reads the header of a profile image in memory (ICC.1, 7.2).
+/// Reads the header of a profile image in memory (ICC.1:2010, 7.2).
 ///
 /// Every field becomes a host-order number, except two: `creator` keeps the byte order of the file
 /// (searches by creator compare against that form), and `reserved`, which begins with the profile
@@ -40,8 +40,8 @@ LUMOXA_API int icReadHeader(const void* image, icHeader* out);
 /// @return 0; icErrRead when fewer than 128 bytes are left; icErrInvalid for a null argument
 LUMOXA_API int icReadHeader(FILE* stream, icHeader* out);
 
-/// Reads the tag table of a profile image in memory (ICC.1, 7.3). Locations are offsets from the
-/// start of the image. Neither offsets and sizes nor repeated signatures are checked.
+/// Reads the tag table of a profile image in memory (ICC.1:2010, 7.3). Locations are offsets from
+/// the start of the image. Neither offsets and sizes nor repeated signatures are checked.
 ///
 /// @param image  a profile whose table is whole; how many bytes are read follows from its tag
 ///               count, so use `icProfileLoadFromBuffer` with a length for bytes you don't trust

@@ -17,9 +17,9 @@ struct icTagValue_t {
     uint32_t size;       ///< bytes at `data`
 };
 
-/// Start of a multiLocalizedUnicodeType tag ('mluc', ICC.1, 10.15). `count` records of 12 bytes
-/// follow: language and country (16 bits each), length and offset of the text in bytes (32 bits
-/// each), the offset counting from the start of the tag. Texts are UTF-16, big-endian.
+/// Start of a multiLocalizedUnicodeType tag ('mluc', ICC.1:2010, 10.13). `count` records of 12
+/// bytes follow: language and country (16 bits each), length and offset of the text in bytes (32
+/// bits each), the offset counting from the start of the tag. Texts are UTF-16, big-endian.
 struct icMultiLocalizedUnicodeType {
     uint32_t sig;  ///< host order, as in every tag copy
     uint8_t reserved[4];
@@ -76,7 +76,7 @@ LUMOXA_API int icTagRemove(icProfile_t profile, icTagSignature signature);
 // These make the data of a tag in file byte order, ready for `icTagAdd`, as a block that the caller
 // releases with `icFree`. They return its size and not a result code.
 
-/// Makes an 'XYZ ' tag (ICC.1, 10.31), such as a white point.
+/// Makes an 'XYZ ' tag (XYZType of ICC.1:2010), such as a white point.
 ///
 /// @param X, Y, Z  1.0 is the luminance of a perfect white; stored as s15Fixed16: half a
 ///                 step is added and the fraction dropped
@@ -84,7 +84,7 @@ LUMOXA_API int icTagRemove(icProfile_t profile, icTagSignature signature);
 /// @return 20, the size in bytes; 0 for a null `tag` or without memory
 LUMOXA_API int icFillWhitePoint(float X, float Y, float Z, icTagBase** tag);
 
-/// Makes a 'curv' tag (ICC.1, 10.6) with two zero bytes behind its entries.
+/// Makes a 'curv' tag (ICC.1:2010, 10.5) with two zero bytes behind its entries.
 ///
 /// @param entries  `n` values: none is the identity, one is a gamma in u8Fixed8 (0x0233 is 2.2),
 ///                 more are a table from 0 to 65535; may be null when `n` is 0
@@ -93,7 +93,7 @@ LUMOXA_API int icFillWhitePoint(float X, float Y, float Z, icTagBase** tag);
 ///         memory
 LUMOXA_API int icFillTrc(const unsigned short* entries, int n, icTagBase** tag);
 
-/// Makes a textDescriptionType tag ('desc', ICC.1:2001, 6.5.17) of an ASCII text, with empty
+/// Makes a textDescriptionType tag ('desc', ICC.1:2001-04, 6.5.17) of an ASCII text, with empty
 /// Unicode and ScriptCode parts.
 ///
 /// @param text  NUL-terminated; bytes are stored as they are
@@ -115,8 +115,8 @@ LUMOXA_API int icProfileCopy(icProfile_t profile, icProfile_t* copy);
 
 /// Writes a profile to a file, replacing what the file holds. Save a copy (`icProfileCopy`) to go
 /// on with the profile: this call leaves the handle's header in file byte order, so that it no
-/// longer counts as a profile and is to be released. Deliberate; a second save of the same handle
-/// is icErrInvalid.
+/// longer counts as a profile and is to be released. A second save of the same handle is
+/// icErrInvalid.
 ///
 /// Each tag starts at a multiple of four bytes, in the order of the table; tags with the same bytes
 /// are written once. The size field becomes the end of the last tag, rounded up to a multiple of

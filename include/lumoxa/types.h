@@ -3,7 +3,7 @@
 // Handles, result codes, enumerations and the ICC records shared by every part of the interface.
 //
 // Signatures are host-order numbers: 'acsp' is 0x61637370 whatever the byte order of the machine.
-// Numbers called s15Fixed16 are signed 32-bit integers with 1.0 = 65536 (ICC.1, 4.6).
+// Numbers called s15Fixed16 are signed 32-bit integers with 1.0 = 65536 (ICC.1:2010, 4.6).
 #pragma once
 
 #include <cstddef>
@@ -49,7 +49,7 @@ inline constexpr int icErrNoTag = 519;     ///< the tag asked for is not in the 
 inline constexpr int icErrNullData = 520;  ///< a null pointer was given where bytes were expected
 inline constexpr int icErrProfilesDiffer = 530;  ///< both are profiles, but their bytes differ
 
-/// Rendering intents, with the values of the profile header (ICC.1, 7.2.15).
+/// Rendering intents, with the values of the profile header (ICC.1:2010, 7.2.15).
 enum icRenderingIntent : uint32_t {
     icPerceptual = 0,
     icRelativeColorimetric = 1,
@@ -65,7 +65,7 @@ enum icTransType : uint32_t {
     icCombined = 4      ///< made by `icCombineXforms`; not a direction to ask for
 };
 
-/// What a progress callback is told.
+/// What a progress call reports.
 enum icIterState : int32_t { icIterStart = 1, icIterProgress = 2, icIterEnd = 3 };
 
 /// Progress of a long operation, always called on the thread that called the operation.

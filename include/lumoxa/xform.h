@@ -55,6 +55,11 @@ LUMOXA_API int icXformGetDesc(icXform_t xform, icXformDesc_t* out);
 /// A gamut test (transType 3) uses 'gamt'; without that tag, and for a transType outside 1..3, the
 /// call succeeds with a transform that describes the spaces but converts nothing (kind 0).
 ///
+/// What the transforms of some profiles leave out: below the break of a parametric curve of type 3,
+/// all is black, so that sRGB profiles with such curves lose their shadows; the matrix and the M
+/// curves behind the grid of an 'mAB ' tag take no part, so that a version 4 profile with them
+/// gives other colours than it says. lumoxa/lumoxa.hpp converts without these limits.
+///
 /// The forms differ only in the tone parameters that they hand to the gray builders; for every
 /// other profile they are the same call. This form asks for a neutral tone.
 ///
@@ -137,7 +142,7 @@ LUMOXA_API int icGetMediaWhitepoint(const void* image, icTagList_safe64bit* list
                                     unsigned short white[3]);
 
 /// Builds the conversion from a device to the connection space out of tone curves and colorants
-/// (or 'kTRC' for a GRAY profile): kind 'TrcM', curves, then a matrix (ICC.1, annex F.3).
+/// (or 'kTRC' for a GRAY profile): kind 'TrcM', curves, then a matrix (ICC.1:2010, F.3).
 ///
 /// The curve tables have as many entries as the red curve when that is sampled, else 4096.
 ///

@@ -22,9 +22,10 @@ void PrintTo(const Group& group, std::ostream* out) {
     *out << group.name;
 }
 constexpr Group kGroups[] = {
-    {"lut", lutRows},     {"lutAB", lutABRows},   {"intent", intentRows},
-    {"curve", curveRows}, {"gray", grayRows},     {"LabXYZ", labXyzRows},
-    {"chain", chainRows}, {"stored", storedRows}, {"installed", installedRows}};
+    {"lut", lutRows},       {"lutAB", lutABRows},         {"intent", intentRows},
+    {"curve", curveRows},   {"gray", grayRows},           {"LabXYZ", labXyzRows},
+    {"chain", chainRows},   {"stored", storedRows},       {"installed", installedRows},
+    {"engine", engineRows}, {"engineRun", engineRunRows}, {"engineProfile", engineProfileRows}};
 
 /// The hashes of a row as the table has them: of the result, and of the files that it is made from.
 struct Hashes {

@@ -105,7 +105,7 @@ Rows labXyzRows() {
     for (const auto& w : whites) {
         const auto add = [&](const char* name, const auto convert, const OwnedXform& xform) {
             Samples out = pixels;
-            convert(xform->state, out.data(), out.data(), int(out.size() / 3));
+            convert(xform->state.get(), out.data(), out.data(), int(out.size() / 3));
             rows.push_back({name + std::to_string(w[0]), {}});
             rows.back().hash.add(out);
         };

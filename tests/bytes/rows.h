@@ -55,6 +55,9 @@ Rows labXyzRows();
 Rows chainRows();
 Rows storedRows();
 Rows installedRows();
+Rows engineRows();
+Rows engineRunRows();
+Rows engineProfileRows();
 
 extern const char kRecordedHashes[];  // the table's file
 

@@ -6,7 +6,6 @@
 #include <cstring>
 #include <functional>
 #include <numeric>
-#include <string>
 
 #include "tests/support/real_profiles.h"
 #include "tests/support/seeded_random.h"
@@ -58,7 +57,7 @@ Bytes packedByC(lmx_transform* transform, Bytes rgb) {
     return inks;
 }
 
-TEST_F(LmxTest, ConvertsToOtherBytesThanTheOtherInterface) {
+TEST_F(LmxTest, ConvertsAsTheCppInterface) {
     ASSERT_EQ(lmx_abi_version(), LMX_ABI_VERSION);
     OwnedXform from, to;
     ASSERT_EQ(request(display_, icRelativeColorimetric, icDeviceToPcs, from), 0);
@@ -81,7 +80,7 @@ TEST_F(LmxTest, ConvertsToOtherBytesThanTheOtherInterface) {
 }
 
 // Planes of 16 bits, lines from the bottom up: every field of the record counts.
-TEST_F(LmxTest, MisreadsAFieldOfALayout) {
+TEST_F(LmxTest, ReadsEveryFieldOfALayout) {
     constexpr int kPixels = 7, kLines = 5, kPlane = kPixels * kLines;
     const OwnedXform made = combinedByC(LMX_COMBINE_COLORIMETRIC);
     Samples rgb = SeededRandom(12).samples(3 * kPlane), packedRgb(3 * kPlane);
@@ -112,7 +111,7 @@ TEST_F(LmxTest, MisreadsAFieldOfALayout) {
     combinedByC(0, hear, &impatient, 77);
 }
 
-TEST_F(LmxTest, LosesADeviceLinkOnTheWayToAFileAndBack) {
+TEST_F(LmxTest, KeepsADeviceLinkOnTheWayToAFileAndBack) {
     const OwnedXform made = combinedByC(LMX_COMBINE_COLORIMETRIC);
     lmx_profile* created = nullptr;
     ASSERT_EQ(lmx_profile_create(&created), 0);
@@ -147,14 +146,15 @@ TEST_F(LmxTest, LosesADeviceLinkOnTheWayToAFileAndBack) {
               packedByC(made.get(), rgb));
 }
 
-TEST_F(LmxTest, DropsATransformThatHasAnotherHolder) {
-    OwnedXform made = combinedByC(0);
+TEST_F(LmxTest, KeepsATransformThatHasAnotherHolder) {
+    const OwnedXform made = combinedByC(0);
+    const Bytes rgb = {255, 0, 0}, inks = packedByC(made.get(), rgb);
     lmx_transform_hold(made.get());
     lmx_transform_free(made.get());
-    packedByC(made.get(), {255, 0, 0});
+    EXPECT_EQ(packedByC(made.get(), rgb), inks);
 }
 
-TEST_F(LmxTest, TakesNullOrGarbageForArguments) {
+TEST_F(LmxTest, RefusesNullAndGarbageArguments) {
     const OwnedProfile owned = loadedByC(display_);
     lmx_profile* const p = owned.get();
     lmx_transform* const t = first_.get();

@@ -1,13 +1,14 @@
 #!/bin/sh
 # SPDX-License-Identifier: Apache-2.0
 #
-# Usage: same_output.sh RGB_PROFILE CMYK_PROFILE REFERENCE PROGRAM [ARGUMENT...]
+# Usage: same_output.sh CMYK_PROFILE RGB_PROFILE REFERENCE PROGRAM [ARGUMENT...]
 #
-# PROGRAM prints the inks that REFERENCE prints, and fails as it does when a profile is none. Both are
-# started by $LAUNCHER where that is set.
+# PROGRAM prints the inks that REFERENCE prints, and the same sentence where it fails: over a file
+# that is no profile, and over an RGB profile where inks are wanted. Both are started by $LAUNCHER
+# where that is set.
 set -eu
-rgb=$1
-cmyk=$2
+cmyk=$1
+rgb=$2
 reference=$3
 shift 3
 
@@ -17,14 +18,15 @@ run() { # run COMMAND...: what it prints and its exit code
     echo "exit code $code"
 }
 
-check() { # check CODE PROFILE PROGRAM...: which CODE is the reference's
+check() { # check CODE TEXT PROFILE PROGRAM...: CODE is the reference's, TEXT is in what it prints
     wanted=$1
-    profile=$2
-    shift 2
-    expected=$(run "$reference" "$profile" "$cmyk")
-    printed=$(run "$@" "$profile" "$cmyk")
+    text=$2
+    profile=$3
+    shift 3
+    expected=$(run "$reference" "$profile")
+    printed=$(run "$@" "$profile")
     case $expected in
-        *"exit code $wanted") ;;
+        *"$text"*"exit code $wanted") ;;
         *) echo "$reference: $expected" && return 1 ;;
     esac
     [ "$printed" = "$expected" ] || {
@@ -33,5 +35,6 @@ check() { # check CODE PROFILE PROGRAM...: which CODE is the reference's
     }
 }
 
-check 0 "$rgb" "$@"
-check 1 "$0" "$@"
+check 0 '0 0 0 0' "$cmyk" "$@"  # paper stays white
+check 1 "there is no 'acsp'" "$0" "$@"
+check 1 'the conversion takes 3 and gives 3' "$rgb" "$@"

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cmath>
 
-#include <gtest/gtest.h>
-
 #include "tests/support/seeded_random.h"
 #include "tests/support/xforms.h"
 
@@ -43,7 +41,7 @@ OwnedXform press(uint16_t tint, uint32_t outEntries = 256, const char* deviceCla
 
 const Samples kCorners = {0, 0, 0, 65535, 0, 0, 0, 65535, 65535, 65535, 65535, 65535};
 
-TEST(Combine, LosesCurvesOrAppliesThemTwice) {
+TEST(Combine, KeepsEveryCurveOnce) {
     Samples nodes;  // of a grid of three
     for (int p = 0; p < 27; ++p) {
         for (const int i : {p / 9, p / 3 % 3, p % 3})
@@ -73,7 +71,7 @@ TEST(Combine, LosesCurvesOrAppliesThemTwice) {
 
 // A grid of two has no points between the ends: its curves move into the result's tables, and the
 // finer grid of the result changes nothing.
-TEST(Combine, BendsTheSmallestGrids) {
+TEST(Combine, KeepsTheSmallestGrids) {
     LutContent small;
     SeededRandom random(6);
     small.clut = random.samples(24);
@@ -86,7 +84,7 @@ TEST(Combine, BendsTheSmallestGrids) {
     expectNear(combined({x.get()}), any, converted(x.get(), any), 3);
 }
 
-TEST(Combine, MissesLinksThatDoNotFit) {
+TEST(Combine, NumbersTheStageThatDoesNotFit) {
     const OwnedXform toXyz = matrixXform(icDeviceToPcs), fromXyz = matrixXform(icPcsToDevice);
     const OwnedXform cmyk = lutXform("CMYK", "Lab ", 4, 3, 3), ink = press(0);
     const struct {
@@ -110,7 +108,7 @@ TEST(Combine, MissesLinksThatDoNotFit) {
     }
 }
 
-TEST(Combine, LosesThePaperOfAbsoluteColorimetry) {
+TEST(Combine, KeepsThePaperOfAbsoluteColorimetry) {
     const Bytes paper = xyzTag(0.7, 0.75, 0.5);
     const OwnedXform from = matrixXform(icDeviceToPcs, 1, "scnr", 3, paper),
                      same = matrixXform(icPcsToDevice, 1, "scnr", 3, paper);
@@ -131,7 +129,7 @@ TEST(Combine, LosesThePaperOfAbsoluteColorimetry) {
                converted(matrixXform(icPcsToDevice).get(), scaled), 20);
 }
 
-TEST(Combine, MovesBlackWhereItShouldNot) {
+TEST(Combine, MovesBlackBetweenDifferentBlacksOnly) {
     const OwnedXform camera = matrixXform(icDeviceToPcs),
                      display = matrixXform(icDeviceToPcs, 1, "mntr");
     const OwnedXform toDisplay = matrixXform(icPcsToDevice, 1, "mntr");
@@ -145,7 +143,7 @@ TEST(Combine, MovesBlackWhereItShouldNot) {
     expectNear(combined({display.get(), toDisplay.get()}), white, white, 12);  // both meet
 }
 
-TEST(Combine, LeavesInkOnBarePaper) {
+TEST(Combine, CleansFaintInksOffBarePaper) {
     const struct {
         uint16_t tint;
         uint32_t entries;
@@ -173,7 +171,7 @@ TEST(Combine, LeavesInkOnBarePaper) {
     }
 }
 
-TEST(Combine, BreaksTheProgressContract) {
+TEST(Combine, KeepsTheProgressContract) {
     const OwnedXform x = lutXform("RGB ", "RGB ", 3, 3, 33);
     const icXform_t chain[] = {x.get(), x.get()};
     icXform_t out = nullptr;

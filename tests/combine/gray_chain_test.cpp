@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Gray transforms of three channels in chains.
-#include <gtest/gtest.h>
-
-#include "lumoxa/gray.h"
-#include "profile/pcs_encoding.h"
+#include "base/pcs_encoding.h"
 #include "tests/support/gray_profiles.h"
 #include "tests/support/seeded_random.h"
 #include "tests/support/xforms.h"
@@ -20,7 +17,7 @@ OwnedXform rgb(uint32_t direction) {
     return requested(rgbProfile({curveTag({563})}, "scnr"), 1, direction);
 }
 
-TEST(GrayChains, StrayFromTheirStages) {
+TEST(GrayChains, GiveWhatTheirStagesGive) {
     const OwnedXform toLab(icGetXyzToLabXform(lumoxa::kD50White, lumoxa::kD50White));
     const OwnedXform toXyz(icGetLabToXyzXform(lumoxa::kD50White, lumoxa::kD50White, false));
     const OwnedXform fromRgb = rgb(icDeviceToPcs), toRgb = rgb(icPcsToDevice);
@@ -32,13 +29,13 @@ TEST(GrayChains, StrayFromTheirStages) {
     for (const uint32_t intent : {0U, 1U}) {
         const OwnedXform toGray = requested(grayProfile(), intent, icPcsToDevice);
         Samples pcs = converted(fromRgb.get(), colours);
-        icConvertXYZToLab(toLab->state, pcs.data(), pcs.data(), int(pcs.size() / 3));
+        icConvertXYZToLab(toLab->state.get(), pcs.data(), pcs.data(), int(pcs.size() / 3));
         expectNear(combined({fromRgb.get(), toGray.get()}, kOptions), colours,
                    converted(toGray.get(), pcs), kTolerance);
 
         const OwnedXform fromGray = requested(grayProfile(), intent, icDeviceToPcs);
         pcs = converted(fromGray.get(), grays);
-        icConvertLabToXyz(toXyz->state, pcs.data(), pcs.data(), int(pcs.size() / 3));
+        icConvertLabToXyz(toXyz->state.get(), pcs.data(), pcs.data(), int(pcs.size() / 3));
         expectNear(combined({fromGray.get(), toRgb.get()}, kOptions), grays,
                    converted(toRgb.get(), pcs), kTolerance);
     }

@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Transforms made from formulas, and blank lut16 tags.
-#include <gtest/gtest.h>
-
 #include "tests/support/seeded_random.h"
 #include "tests/support/xforms.h"
 
 namespace lumoxa_test {
 namespace {
 
-TEST(Lut16, LeavesCurvesWithoutRampOrWritesOutsideOfThem) {
+TEST(Lut16, StartsWithRampsForCurves) {
     icLut16Type* lut = nullptr;
     unsigned size = 0;
     ASSERT_EQ(icAllocLut16(&lut, 3, 0, 2, 3, 0, &size), 0);  // ramps of two entries
@@ -30,9 +28,10 @@ TEST(LabIdentity, ScalesToOtherBits) {
     EXPECT_EQ(converted(fewer, {65535, 65535, 65535, 0, 0, 0}), (Samples{255, 1023, 1, 0, 0, 0}));
     for (const int bits : {0, -1, 17})
         EXPECT_EQ(icMakeLabXform(8, bits, 8, &none), icErrInvalid);
+    EXPECT_EQ(none, nullptr);
 }
 
-TEST(LabBuilders, MissWhiteOrTakeChainsThatCannotWork) {
+TEST(LabBuilders, KeepWhiteAndRefuseChainsThatCannotWork) {
     const ProfileBytes profile = rgbProfile({curveTag({563})}, "scnr");
     const OwnedXform toXyz = requested(profile, 1, icDeviceToPcs);
     const OwnedXform fromXyz = requested(profile, 1, icPcsToDevice);

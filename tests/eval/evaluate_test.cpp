@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The driver: layouts, progress and result codes.
-#include <utility>
-
-#include <gtest/gtest.h>
-
 #include "tests/support/seeded_random.h"
 #include "tests/support/xforms.h"
 
@@ -27,7 +23,7 @@ icPixelLayout_t strided(icPixelLayout_t layout, int32_t channels) {
 class Driver : public testing::TestWithParam<std::pair<uint32_t, uint32_t>> {};
 
 // Whatever the layouts, callbacks and splits: one line of all pixels is the truth.
-TEST_P(Driver, MakesResultsDependOnTheLayout) {
+TEST_P(Driver, GivesTheSameInEveryLayout) {
     const auto [nIn, nOut] = GetParam();
     OwnedXform x = matrixXform(icDeviceToPcs);
     if (nIn != 3 || nOut != 3) {
@@ -103,7 +99,7 @@ struct Image {
     }
 };
 
-TEST(DriverProgress, ReportsOtherCallsThanPromised) {
+TEST(DriverProgress, ReportsStartLinesAndEnd) {
     const struct {
         int lines, stopAfter;
         Calls calls;
@@ -130,7 +126,7 @@ TEST(DriverProgress, ReportsOtherCallsThanPromised) {
     EXPECT_EQ(image.out[0], kUntouched);
 }
 
-TEST(DriverArguments, AreUsedBeforeTheyAreChecked) {
+TEST(DriverArguments, AreCheckedBeforeUse) {
     Image image;
     Listener listener;
     const auto code = [&](const OwnedXform& x, const icPixelLayout_t* from,
@@ -156,7 +152,7 @@ TEST(DriverArguments, AreUsedBeforeTheyAreChecked) {
 
 // Neither pixel counts of the destination nor channel counts of either side may lead outside a
 // buffer; a destination of other length gets the first pixels of each line.
-TEST(DriverArguments, LeadOutsideBuffersWhenTheyDisagree) {
+TEST(DriverArguments, StayInsideBuffersWhenTheyDisagree) {
     const Samples truth = converted(Image().xform.get(), Image().source);
     for (const uint32_t channels : {1U, 2U, 3U, 7U}) {
         for (const int pixels : {1, kPixels - 4, kPixels + 9}) {
@@ -180,7 +176,7 @@ TEST(DriverArguments, LeadOutsideBuffersWhenTheyDisagree) {
 
 // From 8-bit gray, an L* of white is not stored and the rest of the line moves up by a sample.
 // Callers see this line by line, so lines must never be converted together.
-TEST(DriverGray, JoinsLinesOf8BitGray) {
+TEST(DriverGray, EightBitWhiteMovesTheRestOfItsLineUpASample) {
     const OwnedXform xform = requested(
         ProfileBytes("scnr", "GRAY", "Lab ").addTag("kTRC", curveTag({})), 0, icDeviceToPcs);
     uint8_t source[4] = {0, 255, 255, 0};

@@ -3,7 +3,7 @@
 // Kernels on states that callers make by hand and that no profile leads to.
 #include <gtest/gtest.h>
 
-#include "eval/flare.h"
+#include "eval/table_stage.h"
 #include "lumoxa/gray.h"
 #include "tests/support/seeded_random.h"
 #include "tests/support/xforms.h"
@@ -12,7 +12,7 @@
 namespace lumoxa_test {
 namespace {
 
-TEST(HandMadeStates, ReadCurvesThatAreNotThere) {
+TEST(HandMadeStates, ConvertWithoutCurves) {
     trcMatrix_t s{};
     s.matrix[0] = s.matrix[4] = s.matrix[8] = 1;
     s.inSpace = fourcc("GRAY"), s.outSpace = fourcc("Lab ");
@@ -35,12 +35,13 @@ TEST(HandMadeStates, ReadCurvesThatAreNotThere) {
 }
 
 // To 8 bits, the highest half step of a table has no sample.
-TEST(HandMadeStates, ReadGrayTablesThatAreNotThereOrClipWhatWraps) {
+TEST(HandMadeStates, EightBitGrayOf65408WrapsToZero) {
     GrayConv_t state{};
     const lumoxa::XformPtr xform = lumoxa::newXform();
     xform->kind = fourcc("KtoL");
     xform->inChannels = xform->outChannels = 3;
-    xform->state = &state;
+    xform->state =
+        lumoxa::XformState(std::shared_ptr<const GrayConv_t>(&state, [](const GrayConv_t*) {}));
     EXPECT_EQ(converted(xform.get(), {200, 1, 2}, 8, 16), Samples(3, 200));
     for (const auto& [value, sample] : {std::pair{65408, 0}, {65407, 255}, {128, 1}, {127, 0}}) {
         Samples table(2, static_cast<uint16_t>(value));
@@ -50,16 +51,16 @@ TEST(HandMadeStates, ReadGrayTablesThatAreNotThereOrClipWhatWraps) {
     }
 }
 
-TEST(HandMadeStates, ReadTheFlareOfAnotherChannel) {
+TEST(HandMadeStates, UseTheFlareOfEachChannel) {
     constexpr uint32_t kChannels = 4;
     SeededRandom random(1);
-    const Samples tables = random.samples(kChannels * lumoxa::kFlareTableSize);
+    const Samples tables = random.samples(kChannels * lumoxa::kStageTableSize);
     const Samples in = random.samples(kChannels * 101);
-    const auto state = lumoxa::makeFlare(kChannels, tables.data());
+    const auto state = lumoxa::makeTableStage(kChannels, tables.data());
     Samples out(in.size());
-    lumoxa::convertFlare(state.get(), in.data(), out.data(), 101);
+    lumoxa::convertThroughTables(state.get(), in.data(), out.data(), 101);
     for (size_t i = 0; i < in.size(); ++i)
-        EXPECT_EQ(out[i], tables[i % kChannels * lumoxa::kFlareTableSize + in[i]]) << i;
+        EXPECT_EQ(out[i], tables[i % kChannels * lumoxa::kStageTableSize + in[i]]) << i;
 }
 
 }  // namespace

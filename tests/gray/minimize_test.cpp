@@ -6,25 +6,24 @@
 
 #include <gtest/gtest.h>
 
-#include "gray/row_matrix.h"
 #include "gray/spline.h"
+#include "gray/surface_fit.h"
 
 namespace lumoxa_test {
 namespace {
 
 using namespace lumoxa;
 
-TEST(SplineMinimum, StopsBesideTheValley) {
+TEST(SplineMinimum, IsInTheValley) {
     constexpr int kPoints = 12;
-    for (const double valley : {3.5, 4.02, 5.7, 6.98}) {
+    for (const float valley : {3.5f, 4.02f, 5.7f, 6.98f}) {
         std::array<float, kPoints> x{}, y{};
         for (size_t i = 0; i < x.size(); ++i) {
             x[i] = static_cast<float>(i);
-            const double t = static_cast<double>(i) - valley;
-            y[i] = static_cast<float>(t * t * (1 + 0.1 * t) + 7);
+            y[i] = (x[i] - valley) * (x[i] - valley) * (1 + 0.1f * (x[i] - valley)) + 7;
         }
         const Spline spline(x.data(), y.data(), kPoints);
-        const float middle = std::round(static_cast<float>(valley));
+        const float middle = std::round(valley);
         for (const float side : {-1.0f, 1.0f}) {
             float where = NAN;
             const float value =
@@ -62,19 +61,7 @@ struct Descent {
     }
 };
 
-TEST(Simplex, StopsBesideTheMinimum) {
-    Descent bowl{[](const double* p, int) {
-        return (p[0] - 1) * (p[0] - 1) + 3 * (p[1] + 2) * (p[1] + 2) + 0.5;
-    }};
-    const int best = bowl.run();
-    ASSERT_GE(best, 0);
-    EXPECT_EQ(bowl.values[static_cast<size_t>(best)], bowl.height(bowl.vertices[best], 0));
-    EXPECT_NEAR(bowl.values[static_cast<size_t>(best)], 0.5, 1e-6);
-    EXPECT_NEAR(bowl.vertices[best][0], 1, 1e-3);
-    EXPECT_NEAR(bowl.vertices[best][1], -2, 1e-3);
-}
-
-TEST(Simplex, GivesUpTooSoonOrNever) {
+TEST(Simplex, GivesUpAfterFiveHundredTrials) {
     Descent restless{[](const double*, int calls) { return 1 + std::fmod(0.618 * calls, 1.0); }};
     EXPECT_EQ(restless.run(), -1);
     EXPECT_GE(restless.evaluations, 500);

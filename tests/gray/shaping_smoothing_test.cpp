@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cmath>
 
-#include <gtest/gtest.h>
-
 #include "gray/shaping.h"
 #include "gray/smoothing.h"
 #include "tests/support/xforms.h"
@@ -11,19 +9,14 @@ namespace lumoxa_test {
 namespace {
 
 // Black and contrast as far apart as the cubics have room for: a third of the range each.
-TEST(Shaping, HasASteepOrFlatOrBrokenMiddle) {
+TEST(Shaping, RisesSmoothlyWithALineInTheMiddle) {
     constexpr int kSteps = 20000;
     constexpr double kStep = 1.0 / kSteps;
-    for (const auto& [black, parameter] : {std::pair{0.0, -7.5},
-                                           {0.0, 0.0},
-                                           {0.0, 7.0},
-                                           {0.2, -4.0},
-                                           {0.2, 0.0},
-                                           {0.2, 3.0},
-                                           {0.3, -3.0},
-                                           {0.3, 0.5}}) {
-        SCOPED_TRACE(std::to_string(black) + " " + std::to_string(parameter));
-        const auto at = [&, black = black, parameter = parameter](int i) {
+    const double cases[][2] = {{0.0, -7.5}, {0.0, 0.0}, {0.0, 7.0},  {0.2, -4.0},
+                               {0.2, 0.0},  {0.2, 3.0}, {0.3, -3.0}, {0.3, 0.5}};
+    for (const auto& [black, parameter] : cases) {
+        SCOPED_TRACE(testing::Message() << black << " " << parameter);
+        const auto at = [black = black, parameter = parameter](int i) {
             return lumoxa::shapedTone(black, i * kStep, parameter);
         };
         EXPECT_NEAR(at(0), 0, 1e-6);
@@ -45,7 +38,7 @@ TEST(Shaping, HasASteepOrFlatOrBrokenMiddle) {
 }
 
 // At either end of these parameters the cubics start level or upright.
-TEST(Shaping, TurnsBackOnABlackOfNothing) {
+TEST(Shaping, RisesFromABlackOfNothing) {
     for (int halves = -16; halves <= 16; ++halves) {
         double before = 0;
         for (int i = 0; i <= 20000; ++i) {
@@ -56,7 +49,7 @@ TEST(Shaping, TurnsBackOnABlackOfNothing) {
     }
 }
 
-TEST(Smoothing, BendsLinesOrMovesEnds) {
+TEST(Smoothing, KeepsLinesAndEnds) {
     for (const size_t entries : {69U, 137U, 3841U}) {
         for (const auto& [first, last] : {std::pair{0, 65535}, {65535, 0}, {777, 777}}) {
             Samples line(entries);

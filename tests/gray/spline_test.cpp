@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Splines, their inversion, and surfaces of them.
+// Splines and their inversion.
 #include "gray/spline.h"
 
 #include <cmath>
@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include "gray/inverse_lut.h"
-#include "gray/surface_fit.h"
 #include "tests/support/seeded_random.h"
 
 namespace lumoxa_test {
@@ -35,7 +34,7 @@ class Splines : public testing::TestWithParam<size_t> {};
 
 // Slopes that agree from both sides of each point, and no curvature at the ends, make a natural
 // cubic spline; its second derivatives then say what it is between the points, and beyond.
-TEST_P(Splines, LeaveTheNaturalCubic) {
+TEST_P(Splines, AreNaturalCubics) {
     SeededRandom random(static_cast<uint32_t>(GetParam()));
     Floats x, y;
     for (size_t i = 0; i < GetParam(); ++i) {
@@ -66,7 +65,7 @@ TEST_P(Splines, LeaveTheNaturalCubic) {
 
 INSTANTIATE_TEST_SUITE_P(Points, Splines, testing::Values(2, 3, 18, 257));
 
-TEST(SplinesOnALine, Bend) {
+TEST(SplinesOnALine, StayStraight) {
     const Curve cubic({0, 1, 3, 4, 10}, {1, 3, 7, 9, 21});
     EXPECT_EQ(cubic.y2, Floats(5, 0.0f));
     for (const float t : {-4.0f, 0.25f, 2.0f, 9.5f, 15.0f})
@@ -81,7 +80,7 @@ class InverseLut : public testing::TestWithParam<std::pair<double, double>> {};
 
 // A falling curve of some exponent, and what it ends at. Beyond its values there may be no root,
 // which is said and leaves the result as it was.
-TEST_P(InverseLut, MissesTheTarget) {
+TEST_P(InverseLut, FindsTheTarget) {
     const auto [exponent, end] = GetParam();
     Floats x, y;
     for (int i = 0; i < kInverseLutPoints; ++i) {
@@ -121,36 +120,6 @@ TEST_P(InverseLut, MissesTheTarget) {
 INSTANTIATE_TEST_SUITE_P(Curves, InverseLut,
                          testing::Values(std::pair{1.0, 0.0}, std::pair{2.2, 0.0},
                                          std::pair{0.6, 12000.0}, std::pair{1.3, 65000.0}));
-
-// Splines along the first axis, straight lines along the second.
-TEST(Surfaces, LeaveTheirShape) {
-    constexpr int n = 5;
-    icSurfaceFit_t fit(n, 0);
-    SeededRandom random(1);
-    for (int i = 0; i < n; ++i)
-        fit.abscissae[static_cast<size_t>(i)] = static_cast<float>(1000 * i);
-    for (auto& surface : fit.surfaces) {
-        for (int i = 0; i < n * n; ++i)
-            surface.values[i / n][i % n] = random.upTo(100);
-        fit.buildRows(surface);
-    }
-    for (int i = 0; i <= 40; ++i) {
-        const float u = 100.0f * static_cast<float>(i);
-        for (int s = 0; s < 3; ++s) {
-            const auto row = [&](int r) {
-                return Spline(fit.abscissae.data(), fit.surfaces[s].values[r], n)(u);
-            };
-            for (const float share : {0.0f, 0.3f, 1.0f}) {
-                const float point[] = {u, 2000 + 1000 * share};
-                float results[2] = {};
-                icSurfaceEval(fit, point, results);
-                const float value = fit.evaluate(fit.surfaces[s], point);
-                EXPECT_NEAR(value, (1 - share) * row(2) + share * row(3), 1e-4);
-                EXPECT_TRUE(s == 0 || results[s - 1] == value);
-            }
-        }
-    }
-}
 
 }  // namespace
 }  // namespace lumoxa_test

@@ -38,4 +38,7 @@ run(${root}/usr/bin/lumoxa info /usr/share/color/icc/colord/sRGB.icc)
 if(NOT run_output MATCHES "sRGB")
   message(FATAL_ERROR "the tool doesn't know the profile:\n${run_output}")
 endif()
+# The part that reads pictures is a module of its own.
+file(WRITE ${WORK}/debian/red.ppm "P3 1 1 255 255 0 0\n")
+run(${root}/usr/bin/lumoxa convert ${WORK}/debian/red.ppm ${WORK}/debian/red.png --to AdobeRGB)
 message(STATUS "Debian packages ${version}: installed, built against, run")

@@ -13,7 +13,7 @@ namespace {
 
 using namespace std::string_literals;
 
-TEST(ErrorText, WritesBeyondTheBuffer) {
+TEST(ErrorText, StaysInsideTheBuffer) {
     const struct {
         int size, result;
         std::string text;  // with its NUL

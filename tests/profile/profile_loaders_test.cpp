@@ -1,20 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cstring>
 #include <filesystem>
-#include <memory>
-#include <string>
 
-#include <gtest/gtest.h>
-
-#include "lumoxa/profile.h"
-#include "profile/profile_object.h"
 #include "tests/support/temp_file.h"
 #include "tests/support/xforms.h"
 
 namespace {
 
 using namespace lumoxa_test;
-enum class Form { backed, whole, trusted, checked };
+enum Form { backed, whole, trusted, checked };
+const char* const kFormNames[] = {"Backed", "Whole", "Trusted", "Checked"};
+constexpr auto nameOfForm = [](const auto& info) { return std::string(kFormNames[info.param]); };
 
 struct Loaded {
     int code;
@@ -27,22 +23,21 @@ Loaded load(Form form, const Bytes& bytes) {
     // An exact copy, so that a sanitizer sees any read beyond it.
     const std::unique_ptr<uint8_t[]> exact(new uint8_t[bytes.size()]);
     std::copy(bytes.begin(), bytes.end(), exact.get());
-    const int code = form == Form::backed ? icLoadProfile(file.path().c_str(), &handle)
-                     : form == Form::whole
-                         ? icProfileLoadProfile(nullptr, file.path().c_str(), nullptr, &handle)
-                     : form == Form::trusted
-                         ? icProfileLoadFromBuffer(nullptr, exact.get(), &handle)
-                         : icProfileLoadFromBuffer(nullptr, exact.get(), bytes.size(), &handle);
+    const int code =
+        form == backed    ? icLoadProfile(file.path().c_str(), &handle)
+        : form == whole   ? icProfileLoadProfile(nullptr, file.path().c_str(), nullptr, &handle)
+        : form == trusted ? icProfileLoadFromBuffer(nullptr, exact.get(), &handle)
+                          : icProfileLoadFromBuffer(nullptr, exact.get(), bytes.size(), &handle);
     return {code, OwnedProfile(handle)};
 }
 
 class Loaders : public testing::TestWithParam<Form> {};
 class CheckingLoaders : public Loaders {};  // those that know how many bytes there are
 
-INSTANTIATE_TEST_SUITE_P(Forms, Loaders,
-                         testing::Values(Form::backed, Form::whole, Form::trusted, Form::checked));
-INSTANTIATE_TEST_SUITE_P(Forms, CheckingLoaders,
-                         testing::Values(Form::backed, Form::whole, Form::checked));
+INSTANTIATE_TEST_SUITE_P(Forms, Loaders, testing::Values(backed, whole, trusted, checked),
+                         nameOfForm);
+INSTANTIATE_TEST_SUITE_P(Forms, CheckingLoaders, testing::Values(backed, whole, checked),
+                         nameOfForm);
 
 TEST_P(Loaders, KeepEveryTagAfterTheSourceIsGone) {
     const Bytes image = ProfileBytes()
@@ -69,7 +64,7 @@ TEST_P(Loaders, KeepEveryTagAfterTheSourceIsGone) {
 TEST_P(CheckingLoaders, SurviveTruncationAtEveryLength) {
     const Bytes image = smallRgbProfile();
     const size_t tableEnd = 132 + 6 * 12;
-    const size_t needed = GetParam() == Form::backed ? tableEnd : image.size() - 2;  // 2 of padding
+    const size_t needed = GetParam() == backed ? tableEnd : image.size() - 2;  // 2 of padding
     for (size_t length = 0; length <= image.size(); ++length) {
         const Bytes cut(image.begin(), image.begin() + static_cast<std::ptrdiff_t>(length));
         const Loaded made = load(GetParam(), cut);
@@ -85,7 +80,7 @@ TEST_P(CheckingLoaders, SurviveTruncationAtEveryLength) {
 
 // A declared size or count near 4 GiB must be refused before it is allocated. A file-backed profile
 // meets a bad tag when it is read.
-TEST_P(Loaders, BelieveWhatIsDeclared) {
+TEST_P(Loaders, RefuseImpossibleSizesAndCounts) {
     const struct {
         size_t at;
         uint32_t value;
@@ -93,7 +88,7 @@ TEST_P(Loaders, BelieveWhatIsDeclared) {
     } lies[] = {{36, fourcc("acsq"), 503}, {128, 0, 515},          {128, 0xFFFFFFFF, 512},
                 {128, 1000, 512},          {136, 0xFFFFFFFF, 512}, {140, 0xFFFFFFFF, 512}};
     for (const auto& lie : lies) {
-        if (GetParam() == Form::trusted && lie.code == 512) continue;
+        if (GetParam() == trusted && lie.code == 512) continue;
         Bytes image = smallRgbProfile();
         put32(image, lie.at, lie.value);
         const Loaded made = load(GetParam(), image);
@@ -116,7 +111,7 @@ TEST_P(CheckingLoaders, RefuseThousandsOfTagsThatShareOneRange) {
         put32(image, 136 + 12 * i, 0);
         put32(image, 140 + 12 * i, static_cast<uint32_t>(image.size()));
     }
-    EXPECT_EQ(load(GetParam(), image).code, GetParam() == Form::backed ? 0 : 512);
+    EXPECT_EQ(load(GetParam(), image).code, GetParam() == backed ? 0 : 512);
 }
 
 TEST(ProfileLoaders, TellMissingFilesFromNullArguments) {

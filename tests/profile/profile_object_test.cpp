@@ -49,22 +49,13 @@ icHeader distinctHeader() {
     return header;
 }
 
-TEST(Search, TestsTheFieldOfAnotherSelector) {
+TEST(Search, TestsTheFieldOfEachSelector) {
     const icHeader header = distinctHeader();
-    for (const auto& [selector, value] : {std::pair{1U, 0x0D0E0F10U},
-                                          {2U, 0x11121314U},
-                                          {3U, 0x15161718U},
-                                          {4U, 0x05060708U},
-                                          {5U, 0x292A2B2CU},
-                                          {6U, 0x2D2E2F30U},
-                                          {7U, 0x31323334U},
-                                          {8U, 0x35363738U},
-                                          {9U, 0x393A3B3CU},
-                                          {10U, 0x3D3E3F40U},
-                                          {11U, 0x41424344U},
-                                          {12U, 0x45464748U},
-                                          {13U, 0x090A0B0CU},
-                                          {17U, 0x54535251U}}) {
+    const uint32_t fields[][2] = {
+        {1, 0x0D0E0F10},  {2, 0x11121314},  {3, 0x15161718},  {4, 0x05060708}, {5, 0x292A2B2C},
+        {6, 0x2D2E2F30},  {7, 0x31323334},  {8, 0x35363738},  {9, 0x393A3B3C}, {10, 0x3D3E3F40},
+        {11, 0x41424344}, {12, 0x45464748}, {13, 0x090A0B0C}, {17, 0x54535251}};
+    for (const auto& [selector, value] : fields) {
         icSearchCriterion_t criterion = {selector, {{value, 0x494A4B4C, 0x4D4E4F50}}};
         const icSearch_t search = {1, &criterion};
         EXPECT_EQ(icProfileCheck(&search, &header), 0) << selector;

@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Saved profiles and copies.
-#include <algorithm>
 #include <cstring>
 #include <filesystem>
 
-#include <gtest/gtest.h>
-
-#include "profile/byte_order.h"
-#include "profile/profile_object.h"
+#include "base/byte_order.h"
 #include "tests/support/real_profiles.h"
 #include "tests/support/temp_file.h"
 #include "tests/support/xforms.h"
@@ -39,7 +35,7 @@ uint32_t at(const Bytes& file, size_t offset) {
     return lumoxa::loadFileOrder<uint32_t>(file.data() + offset);
 }
 
-TEST(ProfileWriter, GoesOnWithASavedHandle) {
+TEST(ProfileWriter, UsesUpTheHandleThatItSaves) {
     const OwnedProfile profile = created();
     saved(profile.get());
     const TempFile other({1, 2, 3});
@@ -53,7 +49,7 @@ TEST(ProfileWriter, GoesOnWithASavedHandle) {
     EXPECT_EQ(copy, nullptr);
 }
 
-TEST(ProfileWriter, MisplacesTags) {
+TEST(ProfileWriter, StartsTagsOnBoundariesAndSharesWhatIsTheSame) {
     const Bytes fourteen = curveTag({7}), thirteen(13, 5);
     ProfileBytes source;
     source.addTag("aaaa", fourteen).addTag("bbbb", xyzTag(1, 2, 3));
@@ -72,7 +68,7 @@ TEST(ProfileWriter, MisplacesTags) {
 }
 
 // It has no bytes of its own, so its place must not lie beyond the end of the file.
-TEST(ProfileWriter, LosesAProfileToAnEmptyTag) {
+TEST(ProfileWriter, KeepsAnEmptyTag) {
     const Bytes odd(13, 5);
     for (const auto& [first, second] : {std::pair{0U, 13U}, {13U, 0U}}) {
         const OwnedProfile profile = created();
@@ -82,7 +78,7 @@ TEST(ProfileWriter, LosesAProfileToAnEmptyTag) {
     }
 }
 
-TEST(ProfileWriter, CopiesLessThanTheProfile) {
+TEST(ProfileWriter, CopiesTheWholeProfileAndLeavesTheOriginal) {
     const Bytes image = smallRgbProfile();
     const TempFile file(image);
     const OwnedProfile backed = opened(file.path()), whole = loaded(image);
@@ -116,11 +112,12 @@ void expectFailureWithoutChange(const OwnedProfile& profile, const char* path, i
 }
 
 // What fits a buffer is written when the stream is positioned or, without tags, when it is closed.
-TEST(ProfileWriter, ChangesAProfileItCannotWrite) {
+TEST(ProfileWriter, LeavesAProfileThatItCannotWrite) {
     EXPECT_EQ(icProfileSaveProfile(nullptr, TempFile({}).path().c_str()), icErrInvalid);
     expectFailureWithoutChange(created(), nullptr, icErrInvalid);
-    const auto missing = (std::filesystem::temp_directory_path() / "lumoxa-none" / "x").string();
-    expectFailureWithoutChange(created(), missing.c_str(), icErrWrite);
+    const auto folder = std::filesystem::temp_directory_path();
+    for (const std::string& path : {folder.string(), (folder / "lumoxa-none" / "x").string()})
+        expectFailureWithoutChange(created(), path.c_str(), icErrWrite);
     const char* full = "/dev/full";
     if (!std::ofstream(full)) GTEST_SKIP() << "no device here is a full disk";
     const OwnedProfile bare = created(), large = created();

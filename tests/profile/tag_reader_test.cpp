@@ -31,7 +31,7 @@ struct OpenFile {
                                                             icCloseProfile};
 };
 
-TEST(TagTable, FindsAnotherThanTheFirstOfDuplicates) {
+TEST(TagTable, FindsTheFirstOfDuplicates) {
     const Bytes image =
         ProfileBytes().addTag("wtpt", xyzTag(0, 1, 0)).addTag("wtpt", curveTag({})).image();
     icTagList_safe64bit* list = nullptr;
@@ -58,7 +58,7 @@ TEST(TagTable, AllocatesNothingForImpossibleCounts) {
 }
 
 // Nothing but the type is swapped, and of a tag shorter than its type nothing beyond its block.
-TEST(TagReader, ReadsOtherwiseInOneOfItsForms) {
+TEST(TagReader, ReadsTheSameInAllItsForms) {
     const Bytes image = smallRgbProfile();
     for (const uint32_t size : {0U, 1U, 3U, 7U, 20U}) {
         const icTag_safe64bit entry = {0, 132 + 6 * 12, size};

@@ -1,12 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Descriptions and copyrights as text.
-#include <algorithm>
 #include <limits>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "tests/support/xforms.h"
 
@@ -64,7 +59,7 @@ std::string read(const char* signature, const Bytes& tag, int size, int code) {
 const Bytes kTwoUnits = mlucTag({{4, 28}}, "\0\xC4\x20\xAC"s);
 
 // A tag that contradicts itself leaves the buffer as it was.
-TEST(TextTags, ConvertOrCutOrBelieveWrongly) {
+TEST(TextTags, AreConvertedAndCutToTheBuffer) {
     const uint32_t top = 0xFFFFFFFF;
     const struct {
         const char* signature;
@@ -113,7 +108,7 @@ TEST(TextTags, ConvertOrCutOrBelieveWrongly) {
 }
 
 // A cut tag gives a text that begins like the whole one, or a code and nothing else.
-TEST(TextTags, ReadBeyondATagCutAnywhere) {
+TEST(TextTags, BeginAlikeWhereverTheTagIsCut) {
     const struct {
         const char* signature;
         Bytes whole;
@@ -153,7 +148,7 @@ std::vector<std::string> allTexts(const Bytes& tag, bool given = true) {
     return all;
 }
 
-TEST(LocalizedTexts, LoseOneAnother) {
+TEST(LocalizedTexts, AreAllThereAtOnce) {
     std::string utf16;
     for (int i = 0; i < 1000; ++i)
         utf16 += "\0x"s;

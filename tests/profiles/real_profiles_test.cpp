@@ -3,8 +3,6 @@
 // Every profile that the three packages install, in every intent and direction.
 #include "tests/support/real_profiles.h"
 
-#include <string>
-
 #include "tests/support/seeded_random.h"
 #include "tests/support/xforms.h"
 
@@ -12,7 +10,7 @@ namespace {
 
 using namespace lumoxa_test;
 
-TEST(RealProfiles, BreakTheLibrary) {
+TEST(RealProfiles, ConvertInEveryIntentAndDirection) {
     // Without this, a machine that lacks a package would pass by testing nothing.
     for (const char* end : {"icc/ITULab.icc", "colord/sRGB.icc", "default_cmyk.icc"})
         EXPECT_NO_THROW(realProfile(end));

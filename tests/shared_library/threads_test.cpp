@@ -1,18 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <thread>
 
-#include <gtest/gtest.h>
-
+#include "tests/support/gray_asks.h"
 #include "tests/support/seeded_random.h"
-#include "tests/support/xforms.h"
 
 namespace lumoxa_test {
 namespace {
 
 OwnedXform made(const OwnedProfile& profile) {
-    icXform_t xform = nullptr;
-    EXPECT_EQ(icXformGet(profile.get(), icPerceptual, icDeviceToPcs, &xform), 0);
-    return OwnedXform(xform);
+    return Ask{}.from(profile, icPerceptual, icDeviceToPcs);
 }
 
 // One profile, the transform that all threads share, what it makes of some pixels.
@@ -25,14 +21,16 @@ struct Conversion {
 
 // Every thread converts through the shared transform and through one that it makes itself, and
 // the library divides each conversion over threads of its own.
-TEST(Threads, DisturbEachOther) {
+TEST(Threads, GiveWhatOneGives) {
     const Samples clut = SeededRandom(4).samples(power(5, 4) * 3);
     const ProfileBytes press = lutProfile(gridTag(4, 3, 5, clut), "CMYK", "RGB "),
                        scanner = lutProfile(gridTag(3, 3, 5, {clut.begin(), clut.begin() + 375}),
                                             "RGB ", "RGB ");
     const Conversion conversions[] = {{loaded(rgbProfile({curveTag({563})}, "mntr").image())},
                                       {loaded(scanner.image())},
-                                      {loaded(press.image())}};
+                                      {loaded(press.image())},
+                                      {loaded(grayProfile().image())},
+                                      {loaded(grayProfile(9, 8).image())}};
     constexpr size_t kThreadsOfEach = 2, kRounds = 3, kKinds = std::size(conversions);
     std::vector<std::vector<Samples>> results(kThreadsOfEach * kKinds);
     std::vector<std::thread> threads;

@@ -12,13 +12,17 @@ cd "$1"
 # folder: where it may include from; public headers are named lumoxa/...
 floors='
 include: lumoxa
-profile: lumoxa profile
-gray: lumoxa profile gray
-lut: lumoxa profile lut
-xform: lumoxa profile gray lut xform
-eval: lumoxa profile gray lut xform eval
-combine: lumoxa profile gray lut xform eval combine
-capi: lumoxa
+base: lumoxa base
+profile: lumoxa base profile
+gray: lumoxa base profile gray
+lut: lumoxa base profile lut
+xform: lumoxa base profile gray lut xform
+eval: lumoxa base profile gray lut xform eval
+combine: lumoxa base profile gray lut xform eval combine
+convert: lumoxa base profile gray lut xform eval combine convert
+inspect: lumoxa base profile gray lut xform eval combine convert inspect
+make: lumoxa base profile gray lut xform eval combine convert make
+capi: lumoxa base profile gray lut xform eval combine convert inspect make capi
 tools: lumoxa tools
 docs: lumoxa
 '
@@ -26,7 +30,7 @@ docs: lumoxa
 check() { # check FOLDER ALLOWED...
     folder=$1
     shift
-    find "$folder" \( -name '*.h' -o -name '*.c' -o -name '*.cpp' -o -name '*.inc' \) -exec awk -v allowed="$*" '
+    find "$folder" \( -name '*.h' -o -name '*.hpp' -o -name '*.c' -o -name '*.cpp' -o -name '*.inc' \) -exec awk -v allowed="$*" '
         BEGIN { split(allowed, list); for (i in list) ok[list[i]] = 1 }
         /^[ \t]*#[ \t]*include[ \t]*[<"]/ {
             path = $0
@@ -36,8 +40,8 @@ check() { # check FOLDER ALLOWED...
             if (angled && room != "lumoxa") next      # the standard library, or a package
             if (path !~ /\//) reason = "names no folder"
             else if (path ~ /\.\./) reason = "climbs out of its folder"
-            else if (FILENAME == "eval/fan_out.h") reason = "is used by every floor: <standard> only"
-            else if (path == "eval/fan_out.h" && "profile" in ok) next   # ground level
+            else if (FILENAME == "base/fan_out.h") reason = "is used by every floor: <standard> only"
+            else if (path == "base/fan_out.h" && "profile" in ok) next   # ground level
             else if (!(room in ok)) reason = "points up"
             else next
             printf "%s:%d: \"%s\" %s\n", FILENAME, FNR, path, reason
@@ -47,7 +51,7 @@ check() { # check FOLDER ALLOWED...
 }
 
 status=0
-for floor in include profile gray lut xform eval combine capi tools docs; do
+for floor in include base profile gray lut xform eval combine convert inspect make capi tools docs; do
     [ -d "$floor" ] || continue
     # shellcheck disable=SC2046  # the allowed folders are separate words
     check "$floor" $(printf '%s' "$floors" | sed -n "s/^$floor: //p")

@@ -12,7 +12,7 @@ gcc=x86_64-w64-mingw32-g++-posix
 status=0
 
 library=
-for folder in include profile gray lut xform eval combine capi; do
+for folder in include base profile gray lut xform eval combine convert inspect make capi; do
     [ ! -d "$folder" ] || library="$library $folder"
 done
 
@@ -43,18 +43,24 @@ definitions='-DNOMINMAX -DWIN32_LEAN_AND_MEAN -DLUMOXA_BUILDING'
 find $library -name '*.cpp' -print0 | xargs -0 -P "$(nproc)" -n 4 \
     clang++ -std=c++20 $microsoft $warnings $headers $definitions '-DLUMOXA_VERSION="0"' || status=1
 
-# Programs often have Windows' header first, with its macros. MinGW's leaves out three of Microsoft's.
+# Programs often have Windows' header first, with its macros. MinGW's leaves out three of Microsoft's,
+# which its own standard library can't stand: what our headers use of that comes before them.
 windows='#include <windows.h>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <optional>
+#include <vector>
 #undef min
 #undef max
 #undef small
 #define min(a, b) (((a) < (b)) ? (a) : (b))
 #define max(a, b) (((a) > (b)) ? (a) : (b))
 #define small char'
-for header in include/lumoxa/*.h; do
+for header in include/lumoxa/*.h include/lumoxa/*.hpp; do
     printf '%s\n#include "%s"\n' "$windows" "$header" |
         $gcc -std=c++17 -Wall -Wextra -pedantic -Werror -fsyntax-only -I. -Iinclude -x c++ - || {
         echo "$header doesn't compile after windows.h"

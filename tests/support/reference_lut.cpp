@@ -4,15 +4,23 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <numeric>
 
 namespace lumoxa_test {
 
 using Table = ReferenceLut::Table;
 
-float lookup(const Table& t, float p) {
-    const int k = std::min(static_cast<int>(p), static_cast<int>(t.size()) - 2);
-    const float low = t[static_cast<size_t>(k)], high = t[static_cast<size_t>(k) + 1];
-    return low + (high - low) * (p - static_cast<float>(k));
+Table unitTable(const std::vector<uint16_t>& values, bool bytes) {
+    Table table;
+    for (const uint16_t v : values)
+        table.push_back(bytes ? (v >> 8) / 255.0 : v / 65535.0);
+    return table;
+}
+
+double lookup(const Table& t, double at) {
+    const double p = at * static_cast<double>(t.size() - 1);
+    const size_t k = std::min(static_cast<size_t>(p), t.size() - 2);
+    return t[k] + (t[k + 1] - t[k]) * (p - static_cast<double>(k));
 }
 
 double parametric(uint32_t function, const std::vector<double>& parameters, double x, double power,
@@ -34,22 +42,20 @@ ReferenceLut ReferenceLut::of(const LutContent& c, bool lut8, const std::string&
     r.lut8 = lut8;
     r.inIsPcs = isPcs(inSpace), r.outIsPcs = isPcs(outSpace);
     r.inputs = c.inputs, r.outputs = c.outputs;
-    const auto tables = [&](const std::vector<uint16_t>& values, size_t n) {
-        std::vector<Table> split(n);
-        for (size_t i = 0; i < values.size(); ++i) {
-            split[i * n / values.size()].push_back(
-                static_cast<float>(lut8 ? values[i] >> 8 : values[i]));
-        }
+    const auto tables = [lut8](const std::vector<uint16_t>& values, size_t n) {
+        const Table all = unitTable(values, lut8);
+        std::vector<Table> split;
+        for (auto at = all.begin(); at != all.end(); at += std::ptrdiff_t(all.size() / n))
+            split.emplace_back(at, at + std::ptrdiff_t(all.size() / n));
         return split;
     };
     (lut8 ? r.first : r.middle) = tables(c.inTables, c.inputs);
     r.last = tables(c.outTables, c.outputs);
-    r.clut = tables(c.clut, 1)[0];
-    r.grid.assign(c.inputs, static_cast<int>(c.grid));
-    r.clutMax = lut8 ? 255 : 65535;
+    r.clut = unitTable(c.clut, lut8);
+    r.grid.assign(c.inputs, static_cast<uint8_t>(c.grid));
     for (size_t i = 0; i < 9 && c.matrix != LutContent{}.matrix; ++i) {
         if (i % 3 == 0) r.matrix.push_back({});
-        r.matrix.back()[i % 3] = static_cast<float>(std::lround(c.matrix[i] * 65536)) / 65536;
+        r.matrix.back()[i % 3] = std::round(c.matrix[i] * 65536) / 65536;  // s15Fixed16
     }
     return r;
 }
@@ -57,10 +63,15 @@ ReferenceLut ReferenceLut::of(const LutContent& c, bool lut8, const std::string&
 std::vector<uint16_t> ReferenceLut::convert(const std::vector<uint16_t>& pixels, int inBits,
                                             int outBits) const {
     std::vector<uint16_t> out;
-    for (auto at = pixels.begin(); at != pixels.end(); at += static_cast<std::ptrdiff_t>(inputs)) {
-        Table x(at, at + static_cast<std::ptrdiff_t>(inputs));
+    for (auto at = pixels.begin(); at != pixels.end(); at += std::ptrdiff_t(inputs)) {
+        Table x(at, at + std::ptrdiff_t(inputs)), y(outputs);
         inputStage(x, inBits);
-        const Table y = clutStage(x);
+        // Without a grid, channels pass through and missing ones are 0.
+        std::copy_n(x.begin(), grid.empty() ? std::min(inputs, outputs) : 0, y.begin());
+        for (const auto& [index, weight] : corners(x)) {
+            for (size_t o = 0; o < outputs; ++o)
+                y[o] += weight * clut.at(index * outputs + o);
+        }
         for (size_t o = 0; o < outputs; ++o)
             out.push_back(outputStage(y[o], o, outBits));
     }
@@ -69,103 +80,65 @@ std::vector<uint16_t> ReferenceLut::convert(const std::vector<uint16_t>& pixels,
 
 void ReferenceLut::inputStage(Table& x, int inBits) const {
     // 8-bit connection-space samples stand for sample x 256; a lut8 table ends at 0xFF00 for them.
-    float top = inBits == 8 ? 255.0f : 65535.0f;
-    if (inIsPcs && inBits == 8 && !lut8) top = 65535.0f / 256.0f;
-    if (inIsPcs && inBits == 16 && lut8) top = 65280.0f;
-    const auto curves = [&](const std::vector<Table>& tables, bool clip) {
-        for (size_t i = 0; i < tables.size(); ++i) {
-            const float end = static_cast<float>(tables[i].size() - 1);
-            const float p = x[i] * (end / top);
-            x[i] = lookup(tables[i], clip ? std::clamp(p, 0.0f, end) : p);
-        }
-        if (!tables.empty()) top = lut8 ? 255.0f : 65535.0f;
-    };
-    curves(first, false);
+    double top = inBits == 8 ? 255 : 65535;
+    if (inIsPcs && inBits == 8 && !lut8) top = 65535 / 256.0;
+    if (inIsPcs && inBits == 16 && lut8) top = 65280;
+    for (size_t i = 0; i < x.size(); ++i)
+        x[i] = first.empty() ? x[i] / top : lookup(first[i], x[i] / top);
     const Table old = x;
     for (size_t r = 0; r < matrix.size(); ++r) {
         const auto& m = matrix[r];
-        x[r] = std::clamp(m[0] * old[0] + m[1] * old[1] + m[2] * old[2] + m[3], 0.0f,
-                          lut8 ? 255.0f : 65535.0f);
+        x[r] = std::clamp(m[0] * old[0] + m[1] * old[1] + m[2] * old[2] + m[3], 0.0, 1.0);
     }
-    curves(middle, inputs == 3 || inputs == 4);
+    for (size_t i = 0; i < middle.size(); ++i)
+        x[i] = lookup(middle[i], x[i]);
 }
 
-Table ReferenceLut::clutStage(const Table& x) const {
-    Table y = x, f;
-    y.resize(outputs, 0.0f);  // without a grid, channels pass through and missing ones are 0
-    std::vector<int> cell;
+// The corners of the cell around a point, with their weights: those of the simplex that the order
+// of the fractions chooses with 3 or 4 inputs, else all.
+std::vector<std::pair<size_t, double>> ReferenceLut::corners(const Table& x) const {
+    std::vector<std::pair<size_t, double>> result;
+    std::vector<size_t> steps(grid.size(), 1), path(grid.size());
+    Table f;
+    size_t low = 0;
+    for (size_t i = grid.size(); i-- > 0;) {
+        steps[i] = i + 1 == grid.size() ? 1 : steps[i + 1] * grid[i + 1];
+        const double p = x[i] * (grid[i] - 1);
+        const size_t cell = std::min(static_cast<size_t>(p), grid[i] - size_t{2});
+        f.insert(f.begin(), p - static_cast<double>(cell));
+        low += cell * steps[i];
+    }
+    if (grid.size() == 3 || grid.size() == 4) {
+        std::iota(path.begin(), path.end(), size_t{0});
+        std::sort(path.begin(), path.end(), [&](size_t a, size_t b) { return f[a] > f[b]; });
+        double before = 1;
+        for (const size_t d : path) {
+            result.emplace_back(low, before - f[d]);
+            before = f[d];
+            low += steps[d];
+        }
+        result.emplace_back(low, before);
+        return result;
+    }
+    if (!grid.empty()) result.emplace_back(low, 1.0);
     for (size_t i = 0; i < grid.size(); ++i) {
-        const float p = x[i] * (static_cast<float>(grid[i] - 1) * (1.0f / (lut8 ? 255 : 65535)));
-        cell.push_back(std::min(static_cast<int>(p), grid[i] - 2));
-        f.push_back(p - static_cast<float>(cell[i]));
+        for (size_t k = result.size(); k-- > 0;) {
+            const auto [index, weight] = result[k];
+            result[k].second = weight * (1 - f[i]);
+            result.emplace_back(index + steps[i], weight * f[i]);
+        }
     }
-    for (size_t o = 0; o < outputs && !grid.empty(); ++o) {
-        y[o] = inputs == 3 || inputs == 4 ? simplex(cell, f, o) : multilinear(cell, f, o);
-    }
-    return y;
+    return result;
 }
 
-// The grid's value at a corner of a cell; bit i of `steps` means one step along dimension i.
-float ReferenceLut::corner(const std::vector<int>& cell, unsigned steps, size_t channel) const {
-    size_t index = 0;
-    for (size_t i = 0; i < inputs; ++i) {
-        index =
-            index * static_cast<size_t>(grid[i]) + static_cast<size_t>(cell[i]) + (steps >> i & 1U);
-    }
-    return clut.at(index * outputs + channel);
-}
-
-// Interpolates along the last dimension first.
-float ReferenceLut::multilinear(const std::vector<int>& cell, const Table& f,
-                                size_t channel) const {
-    const auto from = [&](const auto& self, size_t dimension, unsigned steps) -> float {
-        if (dimension == inputs) return corner(cell, steps, channel);
-        const float low = self(self, dimension + 1, steps);
-        const float high = self(self, dimension + 1, steps | 1U << dimension);
-        return low + (high - low) * f[dimension];
-    };
-    return from(from, 0, 0);
-}
-
-float ReferenceLut::simplex(const std::vector<int>& cell, const Table& f, size_t channel) const {
-    // The path from the cell's low corner to its high one, by falling fraction. Of equal fractions
-    // in four dimensions, the lower dimension comes first; in three the comparisons decide.
-    std::vector<size_t> path{0, 1, 2};
-    if (inputs == 4) {
-        path.push_back(3);
-        std::stable_sort(path.begin(), path.end(), [&](size_t a, size_t b) { return f[a] > f[b]; });
-    } else if (f[0] > std::max(f[1], f[2])) {
-        if (f[2] > f[1]) path = {0, 2, 1};
-    } else if (f[1] > f[2]) {
-        path = f[2] > f[0] ? std::vector<size_t>{1, 2, 0} : std::vector<size_t>{1, 0, 2};
-    } else {
-        path = f[1] > f[0] ? std::vector<size_t>{2, 1, 0} : std::vector<size_t>{2, 0, 1};
-    }
-    Table slope(inputs);
-    unsigned steps = 0;
-    const float low = corner(cell, 0, channel);
-    float value = low;
-    for (const size_t d : path) {
-        steps |= 1U << d;
-        const float next = corner(cell, steps, channel);
-        slope[d] = next - value;
-        value = next;
-    }
-    // Three dimensions are summed first to last, four last to first, the constant at the end.
-    if (inputs == 3) return slope[0] * f[0] + slope[1] * f[1] + slope[2] * f[2] + low;
-    return slope[3] * f[3] + slope[2] * f[2] + slope[1] * f[1] + slope[0] * f[0] + low;
-}
-
-uint16_t ReferenceLut::outputStage(float v, size_t channel, int outBits) const {
-    if (!last.empty()) {
-        const float end = static_cast<float>(last[channel].size() - 1);
-        v = lookup(last[channel], v * (end * (1.0f / clutMax)));
-    }
-    const float step = outIsPcs ? 256.0f : 257.0f;
-    if (lut8 && outBits == 16) v = std::min(v * step, 65535.0f);
-    if (!lut8 && outBits == 8) v = v * (1.0f / step);
+uint16_t ReferenceLut::outputStage(double v, size_t channel, int outBits) const {
+    if (!last.empty()) v = lookup(last[channel], v);
+    const double step = outIsPcs ? 256 : 257;
+    v *= lut8 ? 255 : 65535;
+    if (lut8 && outBits == 16) v = std::min(v * step, 65535.0);
+    if (!lut8 && outBits == 8) v /= step;
     // An 8-bit sample of a lut16 tag wraps where connection-space values exceed 0xFF7F.
-    return static_cast<uint16_t>(static_cast<int>(v + 0.5f) % (1 << outBits));
+    return static_cast<uint16_t>(static_cast<int>(v + 0.5) % (1 << outBits));
 }
 
 }  // namespace lumoxa_test

@@ -32,23 +32,30 @@ TEST_F(Tool, ValuesLoseNothingFromProfileToItself) {
               "65535,65535,65535\n0,0,0\n");
 }
 
-// No transform of these chains has a grid of its own, and what is between their curves is not
-// linear; some colours lie outside the gamut.
+// What is between the curves of these profiles is not linear; some colours lie outside the gamut.
 TEST_F(Tool, ValuesSurviveGamutCutsLabAndWhitesBetweenCurves) {
     save("wide.icc", realProfile("colord/AdobeRGB1998.icc"));
     save("lab.icc", realProfile("ghostscript/lab.icc"));
     save("gray.icc", realProfile("icc/Gray-CIE_L.icc"));
     save("bent.icc", rgbProfile({parametricTag(2, {1, 0.98, 0, 0.02})}, "mntr").image());
     const Bytes halfWhite = xyzTag(0.9642 / 2, 0.5, 0.8249 / 2);
-    save("dim.icc", rgbProfile({curveTag({563})}, "mntr").addTag("wtpt", halfWhite).image());
+    for (const std::string deviceClass : {"scnr", "mntr"}) {
+        const ProfileBytes dim = rgbProfile({curveTag({563})}, deviceClass.c_str());
+        save(deviceClass + ".icc", ProfileBytes(dim).addTag("wtpt", halfWhite).image());
+    }
     const std::pair<const char*, const char*> cases[] = {
         {"--from sRGB --to gray.icc --intent relative 128,128,128", "137\n"},
         {"--from gray.icc --to sRGB --intent relative 200 255", "194,194,194\n255,255,255\n"},
         {"--from sRGB --to lab.icc --intent relative 128,128,128", "137,128,128\n"},
         {"--from wide.icc --to sRGB 60,90,140", "36,90,143\n"},
         {"--from wide.icc --to sRGB --intent absolute 100,180,90", "0,181,83\n"},
-        {"--from dim.icc --to sRGB --intent absolute 255,255,255", "188,188,188\n"},
-        {"--from bent.icc --to sRGB 0,255,255", "39,255,255\n"}};
+        {"--from scnr.icc --to sRGB --intent absolute 255,255,255", "188,188,188\n"},
+        // Version 2 displays have D50 for their white, whatever their tag says.
+        {"--from mntr.icc --to sRGB --intent absolute 255,255,255", "255,255,255\n"},
+        // Its black is 2 % of its white, and becomes that of sRGB where it is compensated.
+        {"--from bent.icc --to sRGB --no-bpc 0,255,255", "39,255,255\n"},
+        {"--from bent.icc --to sRGB 0,255,255", "0,255,255\n"},
+        {"--from sRGB --to Lab 255,255,255 0,0,0", "255,128,128\n0,128,128\n"}};
     for (const auto& [options, expected] : cases)
         EXPECT_EQ(run(std::string("values ") + options).out, expected) << options;
 }
@@ -90,7 +97,7 @@ TEST_F(Tool, FaultsAndNotesGetOneLineAndTheirExitCode) {
                       {"values --from sRGB --to sRGB --intent best 1,2,3", 2, "relative"},
                       {"values --from sRGB --to nowhere.icc 1,2,3", 1, "nowhere.icc"},
                       {"values --from sRGB --to bad-lut.icc 1,2,3", 1, "'B2A0'"},
-                      {"values --from no-tags.icc --to sRGB 1,2,3", 1, "'rTRC'"},
+                      {"values --from no-tags.icc --to sRGB 1,2,3", 1, "nor colorants"},
                       {"info cut.icc", 1, "ends at byte"},
                       {"convert half.png o.tif --to sRGB", 1, "half.png"},
                       {"convert gray.png o.tif --to sRGB", 1, "--from"},
@@ -134,17 +141,37 @@ TEST_F(Tool, KeepsPixelsAlphaAndProfileOnTheWayToTheSameSpace) {
     }
 }
 
-TEST_F(Tool, WarnsOfStagesThatAreLeftOut) {
-    LutABContent plain;
-    plain.grid = {2, 2, 2};
-    plain.aCurves = plain.mCurves = plain.bCurves = std::vector<Bytes>(3, curveTag({}));
-    plain.matrix = {1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0};
-    LutABContent bent = plain;
-    bent.matrix[1] = 0.5;
-    for (const auto& [content, warning] : {std::pair{plain, ""}, {bent, "matrix"}}) {
-        const Bytes tag = lutAToBTag(content);
-        save("v4.icc", ProfileBytes("mntr", "RGB ", "Lab ").addTag("A2B0", tag).image());
-        expectComplaints({{"values --from v4.icc --to sRGB 1,2,3", 0, warning}});
+// Tables stand between the pixels of an image and their answers, and none between single values:
+// two steps of an ink are within what the report of this conversion calls its largest error.
+TEST_F(Tool, ConvertAndValuesAgree) {
+    save("cmyk.icc", realProfile("ghostscript/default_cmyk.icc"));
+    saveImage("in.tif", 3);
+    const Picture source = picture("in.tif");
+    std::string colours;
+    for (size_t i = 0; i < source.samples.size(); ++i)
+        colours += std::to_string(int(source.samples[i])) + (i % 3 == 2 ? "\n" : ",");
+    for (const std::string to : {"AdobeRGB", "cmyk.icc"}) {
+        const Result report = done("convert in.tif out.tif --to " + to);
+        EXPECT_NE(report.out.find(to == "AdobeRGB" ? "plan      curves" : "plan      table "),
+                  std::string::npos)
+            << report.out;
+        const std::vector<double> pixels = picture("out.tif").samples;
+        const Samples converted(pixels.begin(), pixels.end());
+        const Samples exact = values("--from sRGB --to " + to, colours);
+        EXPECT_LE(largestDifference(converted, exact), to == "AdobeRGB" ? 1 : 2) << to;
+    }
+}
+
+TEST_F(Tool, ExtraChannelsAreKeptOrDroppedWhole) {
+    saveImage("two.tif", 5);  // RGB and two more
+    done("convert two.tif two-more.tif --to press.icc -q");
+    done("convert two.tif none.png --to sRGB -q");
+    const Picture source = picture("two.tif"), kept = picture("two-more.tif");
+    ASSERT_EQ(kept.bands, 6);
+    EXPECT_EQ(picture("none.png").bands, 3);
+    for (size_t x = 0; x < 256; ++x) {
+        EXPECT_EQ(kept.samples.at(6 * x + 4), source.samples.at(5 * x + 3));
+        EXPECT_EQ(kept.samples.at(6 * x + 5), source.samples.at(5 * x + 4));
     }
 }
 

@@ -2,8 +2,6 @@
 //
 // Tags that lie about themselves: a result code, and nothing read outside of them. The sanitizers
 // see what the codes don't.
-#include <gtest/gtest.h>
-
 #include "tests/support/xforms.h"
 
 namespace lumoxa_test {
@@ -13,6 +11,7 @@ struct Victim {
     const char* name;
     Bytes tag;
     const char* signature = "A2B0";
+    friend std::ostream& operator<<(std::ostream& out, const Victim& v) { return out << v.name; }
 };
 
 std::vector<Victim> victims() {
@@ -61,7 +60,7 @@ int requestAndUse(const Victim& v, const Bytes& tag) {
 
 class HostileTag : public testing::TestWithParam<Victim> {};
 
-TEST_P(HostileTag, IsTrusted) {
+TEST_P(HostileTag, IsRefusedOrConvertsSafely) {
     const Victim& v = GetParam();
     ASSERT_EQ(requestAndUse(v, v.tag), 0);
     for (size_t length = 0; length < v.tag.size(); ++length) {
@@ -87,7 +86,7 @@ TEST_P(HostileTag, IsTrusted) {
 INSTANTIATE_TEST_SUITE_P(Kinds, HostileTag, testing::ValuesIn(victims()),
                          [](const auto& v) { return v.param.name; });
 
-TEST(HostileTags, MistakeTheImpossibleForTruncation) {
+TEST(HostileTags, TellTheImpossibleFromTruncation) {
     const std::vector<Victim> all = victims();
     const struct {
         size_t victim, at;

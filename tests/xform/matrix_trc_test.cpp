@@ -4,8 +4,6 @@
 #include <cmath>
 #include <functional>
 
-#include <gtest/gtest.h>
-
 #include "tests/support/reference_lut.h"
 #include "tests/support/xforms.h"
 
@@ -40,14 +38,14 @@ Curve gamma(double exponent) {
     return [=](double x) { return 65535 * std::pow(x, exponent); };
 }
 
-TEST(MatrixTrc, BendsCurves) {
+TEST(MatrixTrc, KeepsTheFormOfCurves) {
     const std::vector<Bytes> curves = {curveTag({563}), curveTag({256}), curveTag({461})};
     expectCurves(unit(curves, icDeviceToPcs), {gamma(563 / 256.0), gamma(1), gamma(461 / 256.0)},
                  0.6);
     expectCurves(unit(curves, icPcsToDevice), {gamma(256 / 563.0), gamma(1), gamma(256 / 461.0)},
                  0.6);
     // The constants of types 2 and 4 and the line below the break stand beside the scaled power
-    // without being scaled themselves; type 4 is not scaled at all. Deliberate.
+    // without being scaled themselves; type 4 is not scaled at all.
     const std::vector<double> parameters[] = {{2.5},
                                               {2, 1.25, -0.25},
                                               {2, 0.5, -0.25, 300},
@@ -66,7 +64,7 @@ TEST(MatrixTrc, BendsCurves) {
     }
 }
 
-TEST(MatrixTrc, LosesSampledCurvesOnTheWayBack) {
+TEST(MatrixTrc, InvertsSampledCurves) {
     std::vector<Bytes> curves;
     Samples nodes = everySample(3, 0, 257), values(nodes.size());
     for (const double exponent : {1.5, 2.0, 0.7}) {
@@ -83,7 +81,7 @@ TEST(MatrixTrc, LosesSampledCurvesOnTheWayBack) {
     expectNear(forward, converted(back.get(), nodes), nodes, 4);
 }
 
-TEST(MatrixTrc, LosesTheEndsOfCurvesThatStopShort) {
+TEST(MatrixTrc, InvertsCurvesThatStopShort) {
     for (const auto& [black, white] : {std::pair{0, 60000}, {3000, 65535}, {65000, 5000}}) {
         std::vector<uint16_t> line;
         for (int i = 0; i < 256; ++i)
@@ -95,7 +93,7 @@ TEST(MatrixTrc, LosesTheEndsOfCurvesThatStopShort) {
     }
 }
 
-TEST(MatrixTrc, MixesUpRowsAndColumns) {
+TEST(MatrixTrc, HasColorantsForColumns) {
     const double colorants[3][3] = {
         {0.4361, 0.2225, 0.0139}, {0.3851, 0.7169, 0.0971}, {0.1431, 0.0606, 0.7141}};
     const ProfileBytes linear = rgbProfile({curveTag({})}, "scnr");
@@ -118,7 +116,7 @@ TEST(MatrixTrc, MixesUpRowsAndColumns) {
               (Samples{0, 0, 0}));
 }
 
-TEST(MatrixTrc, BendsGrayToTheOtherConnectionSpace) {
+TEST(MatrixTrc, TakesGrayToEitherConnectionSpace) {
     for (const bool lab : {true, false}) {
         const ProfileBytes squared =
             ProfileBytes("prtr", "GRAY", lab ? "Lab " : "XYZ ").addTag("kTRC", curveTag({512}));
@@ -130,7 +128,7 @@ TEST(MatrixTrc, BendsGrayToTheOtherConnectionSpace) {
 
 // 8-bit results are 16-bit ones divided by 256, cut to 255 going to the connection space, wrapped
 // going to the device.
-TEST(MatrixTrc, ScalesBytesWrongly) {
+TEST(MatrixTrc, EightBitWhiteClipsToTheConnectionSpaceAndWrapsToTheDevice) {
     const std::vector<Bytes> straight = {curveTag({0, 65535})};
     const OwnedXform forward = unit(straight, icDeviceToPcs), back = unit(straight, icPcsToDevice);
     const Samples in = {0, 1, 254, 255, 64, 255}, words = {0, 257, 65278, 65535, 16448, 65535};

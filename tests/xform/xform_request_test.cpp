@@ -1,11 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Which conversion a request gets.
-#include <algorithm>
-
-#include <gtest/gtest.h>
-
-#include "profile/profile_object.h"
 #include "tests/support/gray_asks.h"
 #include "tests/support/temp_file.h"
 
@@ -19,7 +14,7 @@ Bytes constantLut(uint32_t inputs, uint16_t answer) {
     return gridTag(inputs, 3, 2, Samples(power(2, inputs) * 3, answer));
 }
 
-TEST(XformRequest, PicksAnotherTag) {
+TEST(XformRequest, PicksTheTagOfTheIntent) {
     for (const bool toPcs : {true, false}) {
         for (unsigned present = 0; present < 8; ++present) {
             ProfileBytes profile = rgbProfile(kStraight, "mntr");
@@ -48,7 +43,7 @@ TEST(XformRequest, PicksAnotherTag) {
     }
 }
 
-TEST(XformRequest, ConvertsWithoutGamutTagOrDirection) {
+TEST(XformRequest, ConvertsToGamutByItsTagAlone) {
     ProfileBytes profile = rgbProfile(kStraight, "mntr");
     for (const uint32_t transType : {0U, 3U, 4U, 99U}) {
         EXPECT_EQ(described(requested(profile, 0, transType).get()).kind, 0U);
@@ -60,12 +55,10 @@ TEST(XformRequest, ConvertsWithoutGamutTagOrDirection) {
     EXPECT_EQ(converted(gamut.get(), {1, 2, 3})[0], 77);
 }
 
-TEST(XformRequest, DependsOnToneParametersOrStorage) {
+TEST(XformRequest, GivesTheSameByAnyFormFromAnyStorage) {
     const Bytes image = rgbProfile({curveTag({563})}, "mntr").image();
     const TempFile file(image);
-    icProfile_t opened = nullptr;
-    ASSERT_EQ(icLoadProfile(file.path().c_str(), &opened), 0);
-    const OwnedProfile memory = loaded(image), streamed(opened);
+    const OwnedProfile memory = loaded(image), streamed = opened(file.path());
     const Samples pixels = {0, 65535, 1234, 40000, 50000, 60000};
     Ask ask{1, Tone{-2, 4}, 0.5f, {10, 1, 1, 90, 2, 2}, toneCurve(0, 1), 1, 0.5f};
     for (const uint32_t direction : {icDeviceToPcs, icPcsToDevice}) {
@@ -80,7 +73,7 @@ TEST(XformRequest, DependsOnToneParametersOrStorage) {
     }
 }
 
-TEST(XformRequest, MissesItsResultCode) {
+TEST(XformRequest, RefusesProfilesThatLackWhatItNeeds) {
     const auto code = [](icProfile_t profile) {
         icXform_t xform = reinterpret_cast<icXform_t>(uintptr_t{64});
         const int result = icXformGet(profile, icPerceptual, icDeviceToPcs, &xform);
