@@ -2,7 +2,6 @@
 #include "convert/shaper_plan.h"
 
 #include <algorithm>
-#include <bit>
 #include <utility>
 
 #include "convert/octave_bytes.h"
@@ -140,8 +139,7 @@ class ShaperPlan : public Plan {
             if (&out_.of(c) == &out_.of(channel))
                 return bytes_.push_back(bytes_[static_cast<size_t>(c)]);
         }
-        bytes_.push_back(
-            std::make_shared<const OctaveBytes>(out_.curve(channel), out_.of(channel)));
+        bytes_.push_back(std::make_shared<const OctaveBytes>(out_.curve(channel)));
     }
 
     template <class In, class Out>
@@ -187,22 +185,12 @@ class ShaperPlan : public Plan {
 
     template <int Channels>
     void store(const Block& block, int pixels, uint8_t* destination) const {
-        const uint8_t* table[Channels];
-        float least[Channels];
-        int32_t first[Channels];
-        for (int c = 0; c < Channels; ++c) {
-            const OctaveBytes& bytes = *bytes_[static_cast<size_t>(c)];
-            table[c] = bytes.bytes();
-            least[c] = bytes.least();
-            first[c] = bytes.firstStep();
-        }
+        ByteLookup bytes[Channels];
+        for (int c = 0; c < Channels; ++c)
+            bytes[c] = bytes_[static_cast<size_t>(c)]->lookup();
         for (int i = 0; i < pixels; ++i) {
-            for (int c = 0; c < Channels; ++c) {
-                const float value = block[i][c] > least[c] ? block[i][c] : least[c];
-                const auto bits = std::bit_cast<int32_t>(value < 1.0f ? value : 1.0f);
-                destination[i * Channels + c] =
-                    table[c][(bits >> OctaveBytes::kRestBits) - first[c]];
-            }
+            for (int c = 0; c < Channels; ++c)
+                destination[i * Channels + c] = bytes[c].at(block[i][c]);
         }
     }
 

@@ -17,6 +17,11 @@ constexpr uint64_t kMaxNodeBytes = uint64_t{1} << 20;
 /// as sharp as users know them from other software.
 constexpr int kSizes3[] = {33, 37, 41, 45, 49, 50, 53, 55};
 constexpr int kSizes4[] = {17, 18, 19, 20};
+/// Some inks bend so much that four inputs in 1 MB err by more than this many times the limits:
+/// coarser than other software. They get 3 MB, and cells that fall together with those of the
+/// profile's grid if that has 5, 9 or 13 points.
+constexpr double kFarBeyond = 2;
+constexpr int kLastResort4 = 25;
 
 TableForm formOf(const Shape& shape, int inputs, int outputs, int points) {
     TableForm form;
@@ -56,19 +61,20 @@ class TableSearch {
         return *best;
     }
 
-    /// The first size, from `from` on, that keeps to the limits by its preview; else the last.
-    /// Sizes that can't, as errors fall with the square of the points at best, are passed over.
-    size_t chooseSize(const Shape& shape, size_t from) const {
+    /// The first size that keeps to the limits by its preview; else the last resort. Sizes that
+    /// can't, as errors fall with the square of the points at best, are passed over.
+    int chooseSize(const Shape& shape) const {
         constexpr double kMargin = 0.9;  // the measure that decides has other colours
         const std::vector<int> list = sizes();
-        for (size_t i = from; i + 1 < list.size();) {
+        for (size_t i = 0; i + 1 < list.size();) {
             const double here = preview(shape, list[i]);
-            if (here <= kMargin) return i;
+            if (here <= kMargin) return list[i];
             const double needed = list[i] * std::sqrt(here / kMargin);
             while (i + 1 < list.size() && list[i] < needed)
                 ++i;
         }
-        return list.size() - 1;
+        const bool enough = chain_.inputs == 3 || preview(shape, list.back()) <= kFarBeyond;
+        return enough ? list.back() : kLastResort4;
     }
 
     /// Sizes within the budget, smallest first.
@@ -125,19 +131,19 @@ BuiltTable buildTable(const Chain& chain, const StageList& samplesToSamples,
                       const std::shared_ptr<const Plan>& exact) {
     TableSearch search(chain, samplesToSamples, *exact);
     const Shape& shape = search.chooseShape();
-    const std::vector<int> sizes = search.sizes();
-    for (size_t at = search.chooseSize(shape, 0);; at = sizes.size() - 1) {
+    const int largest = search.sizes().back();
+    for (int points = search.chooseSize(shape);; points = largest) {
         BuiltTable built;
-        built.form = formOf(shape, chain.inputs, chain.outputs, sizes[at]);
+        built.form = formOf(shape, chain.inputs, chain.outputs, points);
         built.plan = makeTablePlan(built.form, exact);
-        built.error = measured(chain, *exact, *built.plan, sizes[at]);
+        built.error = measured(chain, *exact, *built.plan, points);
         // Of the colours that weren't measured, some may be worse.
         constexpr double kMargin = 0.9;
         const ErrorLimits limits = errorLimits(chain.inputs);
         built.withinLimits =
             built.error.within({kMargin * limits.mean, kMargin * limits.percentile});
         built.curves = shape.what;
-        if (built.withinLimits || at + 1 == sizes.size()) return built;
+        if (built.withinLimits || points >= largest) return built;
     }
 }
 

@@ -18,7 +18,6 @@ namespace {
 
 using lumoxa::Conversion;
 using lumoxa::ImageView;
-using lumoxa::Options;
 using lumoxa::Profile;
 
 Profile fromZoo(const char* name) {
@@ -346,7 +345,8 @@ TEST(FaultRecord, CutsLongSentencesBetweenCharacters) {
         text.insert(text.end(), {0, 0xE4});
     const Bytes bytes = ProfileBytes("prtr", "CMYK", "Lab ").addTag("desc", text).image();
     try {
-        Conversion(Profile::fromBytes(bytes.data(), bytes.size()), Profile::named("Lab"));
+        const Profile profile = Profile::fromBytes(bytes.data(), bytes.size());
+        const Conversion impossible(profile, Profile::named("Lab"));
         FAIL() << "there is no fault";
     } catch (const lumoxa::Error& error) {
         const std::string sentence = error.what();

@@ -259,8 +259,8 @@ TEST(BuiltInSpace, ConvertsAsThePeersSrgbDoes) {
     ASSERT_NE(transform, nullptr);
     constexpr int kLevels = 9;
     for (int i = 0; i < kLevels * kLevels * kLevels; ++i) {
-        const double rgb[3] = {i % kLevels / 8.0, i / kLevels % kLevels / 8.0,
-                               i / kLevels / kLevels / 8.0};
+        const int levels[3] = {i % kLevels, i / kLevels % kLevels, i / (kLevels * kLevels)};
+        const double rgb[3] = {levels[0] / 8.0, levels[1] / 8.0, levels[2] / 8.0};
         double out[3];
         cmsDoTransform(transform.get(), rgb, out, 1);
         for (int c = 0; c < 3; ++c)

@@ -49,19 +49,15 @@ std::string pairName(const PeerProfile& from, const PeerProfile& to) {
 // --- shapers ------------------------------------------------------------------------------------
 
 template <class Sample>
-int largestStep(const std::vector<Sample>& a, const std::vector<Sample>& b, size_t& unequal) {
+int largestStep(const std::vector<Sample>& a, const std::vector<Sample>& b) {
     int largest = 0;
-    for (size_t i = 0; i < a.size(); ++i) {
+    for (size_t i = 0; i < a.size(); ++i)
         largest = std::max(largest, std::abs(int{a[i]} - int{b[i]}));
-        unequal += a[i] != b[i] ? 1 : 0;
-    }
     return largest;
 }
 
 struct ShaperSum {
-    int pairs = 0, largest8 = 0, largest16 = 0;
-    double leastEqual = 100;  // percent of bytes
-    double equal = 0;         // in the mean
+    int pairs = 0, largest16 = 0;
 };
 
 /// Every level of gray, or random colours.
@@ -84,26 +80,16 @@ void measureShaper(const PeerProfile& from, const PeerProfile& to, ShaperSum& su
     const Conversion exact(from.ours, to.ours, Way().options(true));
     const Words whole = randomColours(from, 500), dark = shadowColours(from, 500);
 
-    size_t unequal8 = 0, ignored = 0;
-    const auto step = [&](const auto& pixels, size_t& unequal) {
+    const auto step = [&](const auto& pixels) {
         using Sample = typename std::decay_t<decltype(pixels)>::value_type;
-        return largestStep(through<Sample>(fast, pixels), through<Sample>(exact, pixels), unequal);
+        return largestStep(through<Sample>(fast, pixels), through<Sample>(exact, pixels));
     };
-    const std::vector<uint8_t> bytes = bytesOf(from, whole);
-    int step8 = step(bytes, unequal8);
-    const double equal =
-        100 - 100.0 * static_cast<double>(unequal8) /
-                  static_cast<double>(bytes.size() / from.ours.channels() * to.ours.channels());
-    step8 = std::max(step8, step(bytesOf(from, dark), ignored));
-    const int step16 = std::max(step(whole, ignored), step(dark, ignored));
-    EXPECT_LE(step8, 1);
-    EXPECT_GE(equal, 98);  // a gray has but 256 levels
+    EXPECT_EQ(step(bytesOf(from, whole)), 0);
+    EXPECT_EQ(step(bytesOf(from, dark)), 0);
+    const int step16 = std::max(step(whole), step(dark));
     EXPECT_LE(step16, 8);
     ++sum.pairs;
-    sum.largest8 = std::max(sum.largest8, step8);
     sum.largest16 = std::max(sum.largest16, step16);
-    sum.leastEqual = std::min(sum.leastEqual, equal);
-    sum.equal += equal;
 }
 
 TEST(EngineAccuracy, ShapersAnswerAsTheirStagesDo) {
@@ -116,12 +102,8 @@ TEST(EngineAccuracy, ShapersAnswerAsTheirStagesDo) {
             measureShaper(other, device, sum);
         }
     }
-    sum.equal /= std::max(sum.pairs, 1);
-    std::printf(
-        "[ shapers  ] %d pairs, largest %d of 255, %d of 65535, %.2f %% of bytes equal, "
-        "%.1f %% at least\n",
-        sum.pairs, sum.largest8, sum.largest16, sum.equal, sum.leastEqual);
-    EXPECT_GE(sum.equal, 99);
+    std::printf("[ shapers  ] %d pairs, bytes equal, largest %d of 65535\n", sum.pairs,
+                sum.largest16);
     EXPECT_GT(sum.pairs, 100);
 }
 
@@ -222,10 +204,10 @@ const std::vector<std::string> kPress = {"ghostscript/default_cmyk.icc"};
 const std::vector<std::string> kGrays = {"gray", "icc/Gray-CIE_L.icc"};
 
 // Five points an ink to linear XYZ are ps_cmyk.icc's own: between them colours bend so much that
-// every grid over them errs by several Delta E*ab, and 4-simplices more than the peer's tetrahedra
-// with lines along cyan.
+// every grid over them errs by several Delta E*ab. Amid cells that are not the same in both
+// libraries, one or the other is ahead.
 const std::vector<std::string> kCoarse = {"ghostscript/ps_cmyk.icc"};
-constexpr double kCoarseSlack = 1.6;
+constexpr double kCoarseSlack = 1.15;
 
 INSTANTIATE_TEST_SUITE_P(
     Between, EngineTables,
