@@ -85,14 +85,14 @@ class ByteCells {
     }
 
     void locate(const uint8_t* source, int pixels, uint32_t* cell, Row* fraction) const {
-        std::fill_n(cell, pixels, 0U);
-        for (int d = 0; d < Scheme::kDimensions; ++d) {
-            const Place* const places = places_[d];
-            for (int i = 0; i < pixels; ++i) {
-                const Place& place = places[source[i * Scheme::kDimensions + d]];
-                cell[i] += place.cell;
+        for (int i = 0; i < pixels; ++i) {
+            uint32_t sum = 0;
+            for (int d = 0; d < Scheme::kDimensions; ++d) {
+                const Place& place = places_[d][*source++];
+                sum += place.cell;
                 fraction[d][i] = place.fraction;
             }
+            cell[i] = sum;
         }
     }
 
@@ -107,7 +107,7 @@ class ByteCells {
     void fillBlock(const InputStage<Lut16Family, uint8_t>& input, const SimplexClut<Scheme>& clut,
                    int d, int level) {
         uint8_t samples[kBlockPixels * Scheme::kDimensions] = {};
-        Row x[kMaxInputs], fraction[Scheme::kDimensions];
+        Row x[kMaxInputs] = {}, fraction[Scheme::kDimensions];
         uint32_t cell[kBlockPixels];
         for (int i = 0; i < kBlockPixels; ++i)
             samples[i * Scheme::kDimensions + d] = static_cast<uint8_t>(level + i);
@@ -169,14 +169,20 @@ class TablePlan : public Plan {
         auto* d = static_cast<Out*>(destination);
         const SimplexClut<Scheme> clut(state_);
         const OutputStage<Lut16Family, Out> output(state_, kWithCurves);
-        uint32_t cell[kBlockPixels];
-        Row fraction[Scheme::kDimensions];
+        uint32_t cell[kBlockPixels] = {};
+        Row fraction[Scheme::kDimensions] = {};
+        Groups groups;
         Row values[kOutputRows];
         for (ptrdiff_t done = 0; done < pixels; done += kBlockPixels) {
             const int n = static_cast<int>(std::min<ptrdiff_t>(kBlockPixels, pixels - done));
             byteCells_.locate(s + done * Scheme::kDimensions, n, cell, fraction);
-            clut.runCells(cell, fraction, n, values);
-            output.run(values, n, d + done * outputs());
+            if (outputs() <= kOutputGroup) {
+                clut.interpolate(0, cell, fraction, n, groups);
+                output.run(groups, n, d + done * outputs());
+            } else {
+                clut.runCells(cell, fraction, n, values);
+                output.run(values, n, d + done * outputs());
+            }
         }
     }
 

@@ -18,16 +18,11 @@
 #include "base/pcs_encoding.h"
 #include "lut/curve_mask.h"
 #include "lut/lut_state.h"
+#include "lut/row_kernels.h"
 #include "lut/table_lookup.h"
 #include "profile/signatures.h"
 
 namespace lumoxa {
-
-/// Pixels that pass through the stages together: few enough that all rows stay in the first-level
-/// cache.
-inline constexpr int kBlockPixels = 64;
-
-using Row = float[kBlockPixels];
 
 /// Rows that a grid may fill: every output's, and those that make the last group of outputs whole.
 inline constexpr int kOutputRows = (kMaxOutputs + kOutputGroup - 1) / kOutputGroup * kOutputGroup;
@@ -106,8 +101,8 @@ class InputStage {
     }
 
     void run(const Sample* source, int pixels, Row* x) const {
+        spread(source, pixels, x);
         for (int c = 0; c < channels_; ++c) {
-            gather(source + c, pixels, x[c]);
             if (curves_) apply(curves_, c, pixels, x[c]);
         }
         if (state_.appliesMatrix()) applyMatrix(pixels, x);
@@ -131,9 +126,11 @@ class InputStage {
         }
     }
 
-    void gather(const Sample* source, int pixels, float* row) const {
-        for (int i = 0; i < pixels; ++i) {
-            row[i] = static_cast<float>(source[static_cast<ptrdiff_t>(i) * channels_]) * scale_;
+    void spread(const Sample* source, int pixels, Row* x) const {
+        if constexpr (sizeof(Sample) == 1) {
+            rowKernels().spreadBytes(source, channels_, pixels, scale_, x);
+        } else {
+            rowKernels().spreadWords(source, channels_, pixels, scale_, x);
         }
     }
 
@@ -193,6 +190,18 @@ class OutputStage {
         }
     }
 
+    /// The same for up to four outputs as simplex interpolation leaves them.
+    void run(const float* groups, int pixels, Sample* destination) const {
+        static_assert(sizeof(Entry) == 2);
+        const GroupFinish finish = {scale_, curves_.first, curves_.entries, sampleScale_,
+                                    channels_};
+        if constexpr (sizeof(Sample) == 1) {
+            rowKernels().finishBytes(finish, groups, pixels, destination);
+        } else {
+            rowKernels().finishWords(finish, groups, pixels, destination);
+        }
+    }
+
   private:
     using Entry = typename Family::Entry;
 
@@ -237,17 +246,10 @@ inline void passWithoutClut(const icLutState_t& s, const Row* x, int pixels, Row
 /// fraction along each dimension.
 inline void locateCells(const icLutState_t& s, const uint32_t* strides, const Row* x, int pixels,
                         uint32_t* cell, Row* fraction) {
-    std::fill_n(cell, pixels, 0U);
+    std::fill_n(cell, kBlockPixels, 0U);
     for (int d = 0; d < s.inChannels; ++d) {
-        const float scale = s.positionScale[d];
-        const int32_t last = s.lastCell[d];
-        const uint32_t stride = strides[d];
-        for (int i = 0; i < pixels; ++i) {
-            const float p = x[d][i] * scale;
-            const int32_t k = segmentOf(p, last);
-            fraction[d][i] = p - static_cast<float>(k);
-            cell[i] += static_cast<uint32_t>(k) * stride;
-        }
+        rowKernels().locate(x[d], pixels, s.positionScale[d], s.lastCell[d], strides[d], cell,
+                            fraction[d]);
     }
 }
 
@@ -260,11 +262,21 @@ void convertLut(const typename Clut::State& state, const In* source, Out* destin
     const InputStage<Family, In> input(state, Clut::kClipsMiddle, curves.input);
     const Clut clut(state);
     const OutputStage<Family, Out> output(state, curves.output);
-    Row x[kMaxInputs];
+    Row x[kMaxInputs] = {};
     Row values[kOutputRows];
+    constexpr bool kInGroups = Clut::kInGroups && sizeof(typename Family::Entry) == 2;
+    const bool inOneGroup = state.hasClut && state.outChannels <= kOutputGroup;
     for (ptrdiff_t done = 0; done < pixels; done += kBlockPixels) {
         const int n = static_cast<int>(std::min<ptrdiff_t>(kBlockPixels, pixels - done));
         input.run(source + done * state.inChannels, n, x);
+        if constexpr (kInGroups) {
+            if (inOneGroup) {
+                Groups groups;
+                clut.runOneGroup(x, n, groups);
+                output.run(groups, n, destination + done * state.outChannels);
+                continue;
+            }
+        }
         if (state.hasClut) {
             clut.run(x, n, values);
         } else {

@@ -10,11 +10,9 @@
 #include <vector>
 
 #include "lut/lut_tag.h"
+#include "lut/row_kernels.h"
 
 namespace lumoxa {
-
-/// Outputs that simplex interpolation works out together: the floats of a 128-bit vector.
-inline constexpr int kOutputGroup = 4;
 
 /// Equally long tables that stand one after the other.
 template <class Entry>

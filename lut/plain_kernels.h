@@ -15,6 +15,7 @@ class PlainClut {
   public:
     using State = icLutState_t;
     static constexpr bool kClipsMiddle = false;
+    static constexpr bool kInGroups = false;
 
     explicit PlainClut(const icLutState_t& s) : s_(s) {}
 

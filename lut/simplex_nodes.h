@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// The nodes of a three- or four-input grid in the layout that simplex interpolation reads: floats,
-// output after output, each node filled up to whole groups of outputs that are worked out together.
+// The nodes of a three- or four-input grid in the layout that simplex interpolation reads: 16
+// bits a number, output after output, each node filled up to whole groups of outputs that are
+// worked out together.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +13,7 @@
 namespace lumoxa {
 
 /// Bytes that a grid's nodes may take here: 2 GiB. The largest grids of real profiles (17 points,
-/// four inputs and outputs) take 1.3 MB; what lies beyond the bound is a tag made to exhaust
+/// four inputs and outputs) take 670 KB; what lies beyond the bound is a tag made to exhaust
 /// memory. Within it, a node's place is a 32-bit number.
 inline constexpr uint64_t kMaxNodeBytes = uint64_t{1} << 31;
 
@@ -20,8 +21,7 @@ inline int outputGroups(const icLutState_t& state) {
     return (state.outChannels + kOutputGroup - 1) / kOutputGroup;
 }
 
-/// The grid's entries, exact in single precision, the last dimension fastest. Throws
-/// std::bad_alloc.
-std::shared_ptr<const float[]> packNodes(const icLutState_t& state);
+/// The grid's entries, the last dimension fastest. Throws std::bad_alloc.
+std::shared_ptr<const uint16_t[]> packNodes(const icLutState_t& state);
 
 }  // namespace lumoxa

@@ -14,18 +14,7 @@ namespace lumoxa {
 
 struct TetraScheme {
     static constexpr int kDimensions = 3;
-
-    /// Ties fall to one fixed side, which matters because equal values summed in another order may
-    /// round differently: of two equal fractions that are the larger ones the later dimension comes
-    /// first, of two that are the smaller ones the earlier; of three the order is 2, 0, 1.
-    static bool laterFirst(const Row* f, int i, int a, int b) {
-        const float fa = f[a][i];
-        const float fb = f[b][i];
-        const float other = f[kDimensions - a - b][i];
-        const bool tieToLater = b == 2 ? !(other > fb) : fb > other;
-        return (fb > fa) | (!(fa > fb) & tieToLater);
-    }
-    static constexpr int dimensionOf(int term) { return term; }
+    static constexpr auto kInterpolate = &RowKernels::tetrahedra;
 };
 
 using icLutTetraState_t = SimplexState<TetraScheme>;
@@ -33,11 +22,7 @@ using TetraClut = SimplexClut<TetraScheme>;
 
 struct PentaScheme {
     static constexpr int kDimensions = 4;
-
-    /// Of two equal fractions, the earlier dimension comes first.
-    static bool laterFirst(const Row* f, int i, int a, int b) { return f[b][i] > f[a][i]; }
-    /// Terms are added up from the last dimension to the first.
-    static constexpr int dimensionOf(int term) { return kDimensions - 1 - term; }
+    static constexpr auto kInterpolate = &RowKernels::pentahedra;
 };
 
 using icLutPentaState_t = SimplexState<PentaScheme>;

@@ -8,6 +8,7 @@
 #include <cstdint>
 
 #include "base/pcs_encoding.h"
+#include "lut/row_kernels.h"
 
 namespace lumoxa {
 
@@ -50,6 +51,9 @@ void lookUpRow(const Entry* table, int32_t lastSegment, float* row, int count) {
     }
     for (; done < count; ++done)
         row[done] = lookUp(table, lastSegment, row[done]);
+}
+inline void lookUpRow(const uint16_t* table, int32_t lastSegment, float* row, int count) {
+    rowKernels().lookUp(table, lastSegment, row, count);
 }
 
 }  // namespace lumoxa

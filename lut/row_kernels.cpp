@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "lut/row_kernels.h"
+
+#include "base/instruction_set.h"
+
+namespace lumoxa {
+
+const RowKernels& rowKernels() {
+#if defined(__x86_64__) || defined(_M_X64)
+    if (usesAvx2()) return avx2::kRowKernels;
+#endif
+    return portable::kRowKernels;
+}
+
+}  // namespace lumoxa
