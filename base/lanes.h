@@ -147,6 +147,9 @@ static inline Floats toFloats(Ints a) {
 static inline Ints bitsOf(Floats a) {
     return {_mm256_castps_si256(a.v)};
 }
+static inline Floats floatsOf(Ints bits) {
+    return {_mm256_castsi256_ps(bits.v)};
+}
 
 /// table[i] in the lower half of a lane, table[i + 1] in the upper.
 static inline Ints gatherPairs(const uint16_t* table, Ints i) {
@@ -291,6 +294,9 @@ static inline Floats toFloats(Ints a) {
 }
 static inline Ints bitsOf(Floats a) {
     return eachLane<Ints>([&](int i) { return std::bit_cast<uint32_t>(a.v[i]); });
+}
+static inline Floats floatsOf(Ints bits) {
+    return eachLane<Floats>([&](int i) { return std::bit_cast<float>(bits.v[i]); });
 }
 
 static inline Ints gatherPairs(const uint16_t* table, Ints at) {

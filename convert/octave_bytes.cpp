@@ -11,7 +11,7 @@ namespace {
 constexpr int kMantissaBits = 23;
 /// Steps an octave, as powers of two: a rest of 16 bits is what a step has room for; the most are
 /// for curves as steep as no display's.
-constexpr int kFewestStepBits = kMantissaBits - ByteLookup::kRestShift, kMostStepBits = 12;
+constexpr int kFewestStepBits = kMantissaBits - OctaveBytes::kRestShift, kMostStepBits = 12;
 /// No curve of a byte's range tells values below from 0: a root of 2.4 makes 1e-5 of 2^-40.
 constexpr float kLeastOfAll = 0x1p-40f;
 
@@ -87,11 +87,11 @@ bool OctaveBytes::fill(const Curve& curve) {
         const uint8_t begin = bytes[i], end = bytes[i + 1];
         if (begin != end) changes.push_back({steps_.size(), begin, ends[i], ends[i + 1]});
         narrow = narrow && std::abs(begin - end) <= 1;
-        steps_.push_back(begin | uint32_t{end} << ByteLookup::kEndShift);
+        steps_.push_back(begin | uint32_t{end} << kEndShift);
     }
     bisect(curve, changes, restBits_);
     for (const Change& change : changes)
-        steps_[change.step] |= (change.to & restMask) << ByteLookup::kRestShift;
+        steps_[change.step] |= (change.to & restMask) << kRestShift;
     return narrow;
 }
 

@@ -12,44 +12,28 @@
 
 namespace lumoxa::engine {
 
-/// How to find a value's byte. The upper bits of the value choose a step; a step holds the byte at
-/// its beginning, above that the byte at its end, and in the upper half the first of the lower bits
-/// that belong to the end.
-struct ByteLookup {
-    static constexpr int kEndShift = 8, kRestShift = 16;
-
-    const uint32_t* steps;
-    uint32_t firstStep;
-    uint32_t restMask;
-    int restBits;
-    float least;  ///< a power of two; all that is less has one byte
-
-    /// What isn't a number counts as black.
-    uint8_t at(float value) const {
-        const float raised = value > least ? value : least;
-        const auto bits = std::bit_cast<uint32_t>(raised < 1.0f ? raised : 1.0f);
-        const uint32_t step = steps[(bits >> restBits) - firstStep];
-        return static_cast<uint8_t>((bits & restMask) < step >> kRestShift ? step
-                                                                           : step >> kEndShift);
-    }
-};
-
-/// Steps are equally many to every octave, as they are to floating-point numbers, and so narrow
-/// that the byte changes once in each.
+/// The bits of a value, from least() to 1, above restBits() choose a step, counted from
+/// firstStep(). A step holds the byte at its beginning, above that the byte at its end, and in the
+/// upper half the first rest that belongs to the end. Steps are equally many to every octave, as
+/// they are to floating-point numbers, and so narrow that the byte changes once in each.
 class OctaveBytes {
   public:
+    static constexpr int kEndShift = 8, kRestShift = 16;
+
+    OctaveBytes() = default;
     explicit OctaveBytes(const Curve& curve);
 
-    ByteLookup lookup() const {
-        return {steps_.data(), firstStep(), (uint32_t{1} << restBits_) - 1, restBits_, least_};
-    }
+    const std::vector<uint32_t>& steps() const { return steps_; }
+    int restBits() const { return restBits_; }
+    uint32_t firstStep() const { return std::bit_cast<uint32_t>(least_) >> restBits_; }
+    /// A power of two; all that is less has one byte.
+    float least() const { return least_; }
 
   private:
-    uint32_t firstStep() const { return std::bit_cast<uint32_t>(least_) >> restBits_; }
     bool fill(const Curve& curve);
 
-    float least_;
-    int restBits_;
+    float least_ = 1;
+    int restBits_ = 0;
     std::vector<uint32_t> steps_;
 };
 

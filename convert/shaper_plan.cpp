@@ -6,6 +6,7 @@
 
 #include "convert/octave_bytes.h"
 #include "convert/octave_table.h"
+#include "convert/shaper_kernels.h"
 
 namespace lumoxa::engine {
 namespace {
@@ -54,52 +55,72 @@ class CurveTables {
     std::vector<bool> close_;
 };
 
-constexpr int kLanes = 4;  // of a vector of floats; the fourth is idle
-
-/// What 8-bit samples contribute to the matrix's results: each column times each level's value, so
-/// that a pixel costs additions alone.
+/// Each column of a matrix times each level's value, so that a pixel of 8-bit samples costs
+/// additions alone.
 class ByteColumns {
   public:
-    ByteColumns(const CurveTables& curves, const Affine& matrix, int inputs) {
-        for (int c = 0; c < kMost; ++c) {
-            for (int level = 0; level < kLevels; ++level) {
-                float value = static_cast<float>(level) / (kLevels - 1);
-                if (c < inputs) curves.curve(c).run(&value, 1);
-                for (int r = 0; r < kLanes; ++r) {
-                    const float factor = r < kMost && c < inputs ? factorOf(matrix, r, c) : 0.0f;
-                    products_[c][level][r] = factor * value;
-                }
+    ByteColumns(const CurveTables& curves, const Affine& matrix, int inputs)
+        : products_(static_cast<size_t>(inputs) * ColumnSums::kLevels * kOutputGroup) {
+        float* product = products_.data();
+        for (int c = 0; c < inputs; ++c) {
+            for (int level = 0; level < ColumnSums::kLevels; ++level) {
+                float value = static_cast<float>(level) / (ColumnSums::kLevels - 1);
+                curves.curve(c).run(&value, 1);
+                for (int r = 0; r < kMost; ++r)
+                    product[r] = factorOf(matrix, r, c) * value;
+                product += kOutputGroup;
             }
         }
         for (size_t r = 0; r < kMost; ++r)
-            offsets_[r] = static_cast<float>(matrix.offsets[r]);
+            sums_.offsets[r] = static_cast<float>(matrix.offsets[r]);
+        sums_.products = products_.data();
     }
-
-    /// Three samples to four lanes, in the order in which AffineStage adds.
-    void run(const uint8_t* sample, float* lanes) const {
-        const float* const first = products_[0][sample[0]];
-        const float* const second = products_[1][sample[1]];
-        const float* const third = products_[2][sample[2]];
-        for (int r = 0; r < kLanes; ++r)
-            lanes[r] = first[r] + second[r] + third[r] + offsets_[r];
-    }
-    /// One sample likewise.
-    void runGray(const uint8_t* sample, float* lanes) const {
-        const float* const only = products_[0][sample[0]];
-        for (int r = 0; r < kLanes; ++r)
-            lanes[r] = only[r] + offsets_[r];
-    }
+    const ColumnSums& sums() const { return sums_; }
 
   private:
-    static constexpr int kLevels = 256;
-
     static float factorOf(const Affine& matrix, int row, int column) {
         return static_cast<float>(
             matrix.factors[static_cast<size_t>(row)][static_cast<size_t>(column)]);
     }
 
-    float products_[kMost][kLevels][kLanes];
-    float offsets_[kLanes] = {};
+    std::vector<float> products_;
+    ColumnSums sums_ = {};
+};
+
+/// The bytes of each channel's last curve; idle lanes are like the first.
+class ByteCurves {
+  public:
+    ByteCurves(const CurveTables& curves, int channels) {
+        uint32_t places[kMost] = {};
+        OctaveBytes bytes[kMost];
+        for (int c = 0; c < channels; ++c)
+            add(curves, c, bytes, places);
+        for (int lane = 0; lane < kLanes; ++lane) {
+            const int c = lane % kOutputGroup < channels ? lane % kOutputGroup : 0;
+            to_.least[lane] = bytes[c].least();
+            to_.restBits[lane] = static_cast<uint32_t>(bytes[c].restBits());
+            to_.restMask[lane] = (uint32_t{1} << bytes[c].restBits()) - 1;
+            to_.toStep[lane] = places[c] - bytes[c].firstStep();
+        }
+        to_.steps = steps_.data();
+    }
+    const ByteSteps& steps() const { return to_; }
+
+  private:
+    void add(const CurveTables& curves, int channel, OctaveBytes* bytes, uint32_t* places) {
+        for (int c = 0; c < channel; ++c) {
+            if (&curves.of(c) != &curves.of(channel)) continue;
+            bytes[channel] = bytes[c];
+            places[channel] = places[c];
+            return;
+        }
+        bytes[channel] = OctaveBytes(curves.curve(channel));
+        places[channel] = static_cast<uint32_t>(steps_.size());
+        steps_.insert(steps_.end(), bytes[channel].steps().begin(), bytes[channel].steps().end());
+    }
+
+    std::vector<uint32_t> steps_;
+    ByteSteps to_ = {};
 };
 
 class ShaperPlan : public Plan {
@@ -112,9 +133,13 @@ class ShaperPlan : public Plan {
           matrix_(matrix != nullptr ? matrix->affine() : Affine(), "matrix"),
           hasMatrix_(matrix != nullptr),
           columns_(in_, matrix_.affine(), inputs),
+          bytes_(out_, outputs),
           general_(std::move(general)) {
-        for (int c = 0; c < outputs; ++c)
-            addBytes(c);
+        for (size_t r = 0; r < kMost; ++r) {
+            rows_.offsets[r] = columns_.sums().offsets[r];
+            for (size_t c = 0; c < kMost; ++c)
+                rows_.factors[r][c] = static_cast<float>(matrix_.affine().factors[r][c]);
+        }
     }
 
     void convert(SampleType in, const void* source, SampleType out, void* destination,
@@ -132,85 +157,72 @@ class ShaperPlan : public Plan {
     }
 
   private:
-    using Block = float[kBlockPixels][kLanes];
-
-    void addBytes(int channel) {
-        for (int c = 0; c < channel; ++c) {
-            if (&out_.of(c) == &out_.of(channel))
-                return bytes_.push_back(bytes_[static_cast<size_t>(c)]);
-        }
-        bytes_.push_back(std::make_shared<const OctaveBytes>(out_.curve(channel)));
-    }
-
     template <class In, class Out>
     void run(const void* source, void* destination, ptrdiff_t pixels) const {
         const auto* s = static_cast<const In*>(source);
         auto* d = static_cast<Out*>(destination);
-        Block block;
+        const ShaperKernels& kernels = shaperKernels();
+        Row rows[kMost] = {};
+        Groups groups = {};
         for (ptrdiff_t done = 0; done < pixels; done += kBlockPixels) {
             const int n = static_cast<int>(std::min<ptrdiff_t>(kBlockPixels, pixels - done));
-            load(s + done * inputs(), n, block);
-            if (outputs() == kMost) {
-                store<kMost>(block, n, d + done * kMost);
+            const In* const from = s + done * inputs();
+            Out* const to = d + done * outputs();
+            if constexpr (sizeof(In) == 1) {
+                kernels.sumColumns(columns_.sums(), from, inputs(), n, groups);
+                if constexpr (sizeof(Out) == 2) toRows(groups, n, rows);
             } else {
-                store<1>(block, n, d + done);
+                load(kernels, from, n, rows);
+                if constexpr (sizeof(Out) == 1) toGroups(rows, n, groups);
+            }
+            if constexpr (sizeof(Out) == 1) {
+                kernels.storeBytes(bytes_.steps(), groups, outputs(), n, to);
+            } else {
+                store(kernels, rows, n, to);
             }
         }
     }
 
-    void load(const uint8_t* source, int pixels, Block& block) const {
-        if (inputs() == kMost) {
-            for (int i = 0; i < pixels; ++i)
-                columns_.run(source + i * kMost, block[i]);
-        } else {
-            for (int i = 0; i < pixels; ++i)
-                columns_.runGray(source + i, block[i]);
-        }
-    }
-
-    void load(const uint16_t* source, int pixels, Block& block) const {
-        Row rows[kMost];
-        const int channels = inputs();
-        for (int c = 0; c < channels; ++c) {
-            for (int i = 0; i < pixels; ++i)
-                rows[c][i] = static_cast<float>(source[i * channels + c]) / kSampleMax16;
-            if (!in_.isIdentity(c)) in_.runClosely(c, rows[c], pixels);
-        }
-        if (hasMatrix_) matrix_.run(rows, pixels);
+    void toRows(const Groups& groups, int pixels, Row* rows) const {
         for (int c = 0; c < outputs(); ++c) {
             for (int i = 0; i < pixels; ++i)
-                block[i][c] = rows[c][i];
+                rows[c][i] = groups[i * kOutputGroup + c];
+        }
+    }
+    void toGroups(const Row* rows, int pixels, Groups& groups) const {
+        for (int c = 0; c < outputs(); ++c) {
+            for (int i = 0; i < pixels; ++i)
+                groups[i * kOutputGroup + c] = rows[c][i];
         }
     }
 
-    template <int Channels>
-    void store(const Block& block, int pixels, uint8_t* destination) const {
-        ByteLookup bytes[Channels];
-        for (int c = 0; c < Channels; ++c)
-            bytes[c] = bytes_[static_cast<size_t>(c)]->lookup();
-        for (int i = 0; i < pixels; ++i) {
-            for (int c = 0; c < Channels; ++c)
-                destination[i * Channels + c] = bytes[c].at(block[i][c]);
+    void load(const ShaperKernels& kernels, const uint16_t* source, int pixels, Row* rows) const {
+        rowKernels().spreadWords(source, inputs(), pixels, 1.0f, rows);
+        for (int c = 0; c < inputs(); ++c) {
+            kernels.toUnit(rows[c], pixels);
+            if (!in_.isIdentity(c)) in_.runClosely(c, rows[c], pixels);
+        }
+        if (!hasMatrix_) return;
+        if (inputs() == kMost && outputs() == kMost) {
+            kernels.applyMatrix(rows_, rows, pixels);
+        } else {
+            matrix_.run(rows, pixels);
         }
     }
 
-    template <int Channels>
-    void store(const Block& block, int pixels, uint16_t* destination) const {
-        Row row;
-        for (int c = 0; c < Channels; ++c) {
-            for (int i = 0; i < pixels; ++i)
-                row[i] = block[i][c];
-            if (!out_.isIdentity(c)) out_.runClosely(c, row, pixels);
-            for (int i = 0; i < pixels; ++i)
-                destination[i * Channels + c] = roundClipped<uint16_t>(row[i] * kSampleMax16);
+    void store(const ShaperKernels& kernels, Row* rows, int pixels, uint16_t* destination) const {
+        for (int c = 0; c < outputs(); ++c) {
+            if (!out_.isIdentity(c)) out_.runClosely(c, rows[c], pixels);
         }
+        kernels.storeWords(rows, outputs(), pixels, destination);
     }
 
     CurveTables in_, out_;
     AffineStage matrix_;
     bool hasMatrix_;
+    MatrixRows rows_ = {};
     ByteColumns columns_;
-    std::vector<std::shared_ptr<const OctaveBytes>> bytes_;
+    ByteCurves bytes_;
     std::shared_ptr<const Plan> general_;
 };
 

@@ -4,6 +4,12 @@
 #include "base/instruction_set.h"
 
 namespace lumoxa {
+namespace portable {
+extern const RowKernels kRowKernels;
+}
+namespace avx2 {
+extern const RowKernels kRowKernels;
+}
 
 const RowKernels& rowKernels() {
 #if defined(__x86_64__) || defined(_M_X64)

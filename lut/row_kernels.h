@@ -63,11 +63,4 @@ struct RowKernels {
 /// The kernels for this processor (usesAvx2()).
 const RowKernels& rowKernels();
 
-namespace portable {
-extern const RowKernels kRowKernels;
-}
-namespace avx2 {
-extern const RowKernels kRowKernels;
-}
-
 }  // namespace lumoxa
