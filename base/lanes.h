@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Eight lanes of single precision or of 32-bit integers, as vector kernels compute with them. Two
-// forms, of which a source file chooses one by what it is compiled for: AVX2 registers, or arrays
-// that any compiler makes the best of. Operations round alike, so that both give the same bytes.
+// forms, of which a source file chooses one by what it is compiled for: registers of AVX2, or what
+// any compiler has. Operations round alike, so that both give the same bytes.
 //
 // A file that has the AVX2 form defines LUMOXA_FORM_AVX2.
 //
@@ -12,305 +12,40 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 
 #if defined(LUMOXA_FORM_AVX2)
-
-#include <immintrin.h>
-
-#define LUMOXA_LANES avx2
-namespace lumoxa::avx2 {
-
-struct Floats {
-    __m256 v;
-};
-struct Ints {
-    __m256i v;
-};
-
-static inline Floats load(const float* from) {
-    return {_mm256_loadu_ps(from)};
-}
-static inline Ints load(const uint32_t* from) {
-    return {_mm256_loadu_si256(reinterpret_cast<const __m256i*>(from))};
-}
-/// Four 16-bit numbers of each place.
-static inline Ints loadFours(const uint16_t* low, const uint16_t* high) {
-    const __m128i first = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(low));
-    const __m128i second = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(high));
-    return {_mm256_cvtepu16_epi32(_mm_unpacklo_epi64(first, second))};
-}
-/// Four floats of each place.
-static inline Floats loadFours(const float* low, const float* high) {
-    return {_mm256_insertf128_ps(_mm256_castps128_ps256(_mm_loadu_ps(low)), _mm_loadu_ps(high), 1)};
-}
-/// Each of two numbers four times.
-static inline Floats twoFours(float low, float high) {
-    return {_mm256_insertf128_ps(_mm256_castps128_ps256(_mm_set1_ps(low)), _mm_set1_ps(high), 1)};
-}
-static inline Ints widened(const uint16_t* from) {
-    return {_mm256_cvtepu16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from)))};
-}
-static inline Ints widened(const uint8_t* from) {
-    return {_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(from)))};
-}
-static inline void store(Floats a, float* to) {
-    _mm256_storeu_ps(to, a.v);
-}
-static inline void store(Ints a, uint32_t* to) {
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(to), a.v);
-}
-/// The lower bits of each lane.
-static inline void storeNarrow(Ints a, uint16_t* to) {
-    const __m256i low = _mm256_and_si256(a.v, _mm256_set1_epi32(0xFFFF));
-    const __m256i packed = _mm256_permute4x64_epi64(_mm256_packus_epi32(low, low), 0xD8);
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), _mm256_castsi256_si128(packed));
-}
-static inline void storeNarrow(Ints a, uint8_t* to) {
-    const __m256i low = _mm256_and_si256(a.v, _mm256_set1_epi32(0xFF));
-    const __m256i words = _mm256_permute4x64_epi64(_mm256_packus_epi32(low, low), 0xD8);
-    const __m128i bytes = _mm_packus_epi16(_mm256_castsi256_si128(words), _mm_setzero_si128());
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(to), bytes);
-}
-
-static inline Floats all(float a) {
-    return {_mm256_set1_ps(a)};
-}
-static inline Ints all(uint32_t a) {
-    return {_mm256_set1_epi32(static_cast<int32_t>(a))};
-}
-static inline Floats operator+(Floats a, Floats b) {
-    return {_mm256_add_ps(a.v, b.v)};
-}
-static inline Floats operator-(Floats a, Floats b) {
-    return {_mm256_sub_ps(a.v, b.v)};
-}
-static inline Floats operator*(Floats a, Floats b) {
-    return {_mm256_mul_ps(a.v, b.v)};
-}
-static inline Floats operator/(Floats a, Floats b) {
-    return {_mm256_div_ps(a.v, b.v)};
-}
-static inline Ints operator+(Ints a, Ints b) {
-    return {_mm256_add_epi32(a.v, b.v)};
-}
-static inline Ints operator-(Ints a, Ints b) {
-    return {_mm256_sub_epi32(a.v, b.v)};
-}
-static inline Ints operator*(Ints a, Ints b) {
-    return {_mm256_mullo_epi32(a.v, b.v)};
-}
-static inline Ints operator&(Ints a, Ints b) {
-    return {_mm256_and_si256(a.v, b.v)};
-}
-static inline Ints operator|(Ints a, Ints b) {
-    return {_mm256_or_si256(a.v, b.v)};
-}
-/// The bits of b that a has not.
-static inline Ints without(Ints b, Ints a) {
-    return {_mm256_andnot_si256(a.v, b.v)};
-}
-static inline Ints operator>>(Ints a, int bits) {
-    return {_mm256_srl_epi32(a.v, _mm_cvtsi32_si128(bits))};
-}
-/// Each lane by bits of its own, fewer than 32.
-static inline Ints operator>>(Ints a, Ints bits) {
-    return {_mm256_srlv_epi32(a.v, bits.v)};
-}
-/// All bits where it holds, none where not; not where a number is none.
-static inline Ints operator>(Floats a, Floats b) {
-    return {_mm256_castps_si256(_mm256_cmp_ps(a.v, b.v, _CMP_GT_OQ))};
-}
-/// Of signed numbers.
-static inline Ints operator>(Ints a, Ints b) {
-    return {_mm256_cmpgt_epi32(a.v, b.v)};
-}
-static inline Ints select(Ints mask, Ints a, Ints b) {
-    return {_mm256_blendv_epi8(b.v, a.v, mask.v)};
-}
-/// a > b ? a : b, and a < b ? a : b: b where a number is none.
-static inline Floats larger(Floats a, Floats b) {
-    return {_mm256_max_ps(a.v, b.v)};
-}
-static inline Floats smaller(Floats a, Floats b) {
-    return {_mm256_min_ps(a.v, b.v)};
-}
-static inline Ints smaller(Ints a, Ints b) {
-    return {_mm256_min_epi32(a.v, b.v)};
-}
-/// Towards zero; what a 32-bit integer can't hold becomes the least.
-static inline Ints truncated(Floats a) {
-    return {_mm256_cvttps_epi32(a.v)};
-}
-static inline Floats toFloats(Ints a) {
-    return {_mm256_cvtepi32_ps(a.v)};
-}
-static inline Ints bitsOf(Floats a) {
-    return {_mm256_castps_si256(a.v)};
-}
-static inline Floats floatsOf(Ints bits) {
-    return {_mm256_castsi256_ps(bits.v)};
-}
-
-/// table[i] in the lower half of a lane, table[i + 1] in the upper.
-static inline Ints gatherPairs(const uint16_t* table, Ints i) {
-    return {_mm256_i32gather_epi32(reinterpret_cast<const int*>(table), i.v, 2)};
-}
-static inline Ints gather(const uint32_t* table, Ints i) {
-    return {_mm256_i32gather_epi32(reinterpret_cast<const int*>(table), i.v, 4)};
-}
-static inline Floats gather(const float* table, Ints i) {
-    return {_mm256_i32gather_ps(table, i.v, 4)};
-}
-
+#include "base/lanes_avx2.h"
 #else
-
-#include <bit>
-
-#include "base/pcs_encoding.h"
-
-#define LUMOXA_LANES portable
-namespace lumoxa::portable {
-
-struct Floats {
-    float v[8];
-};
-struct Ints {
-    uint32_t v[8];
-};
-
-template <class Result, class Operation>
-static inline Result eachLane(Operation operation) {
-    Result result;
-    for (int i = 0; i < 8; ++i)
-        result.v[i] = operation(i);
-    return result;
-}
-
-static inline Floats load(const float* from) {
-    return eachLane<Floats>([=](int i) { return from[i]; });
-}
-static inline Ints load(const uint32_t* from) {
-    return eachLane<Ints>([=](int i) { return from[i]; });
-}
-static inline Ints loadFours(const uint16_t* low, const uint16_t* high) {
-    return eachLane<Ints>([=](int i) { return i < 4 ? low[i] : high[i - 4]; });
-}
-static inline Floats loadFours(const float* low, const float* high) {
-    return eachLane<Floats>([=](int i) { return i < 4 ? low[i] : high[i - 4]; });
-}
-static inline Floats twoFours(float low, float high) {
-    return eachLane<Floats>([=](int i) { return i < 4 ? low : high; });
-}
-static inline Ints widened(const uint16_t* from) {
-    return eachLane<Ints>([=](int i) { return uint32_t{from[i]}; });
-}
-static inline Ints widened(const uint8_t* from) {
-    return eachLane<Ints>([=](int i) { return uint32_t{from[i]}; });
-}
-static inline void store(Floats a, float* to) {
-    for (int i = 0; i < 8; ++i)
-        to[i] = a.v[i];
-}
-static inline void store(Ints a, uint32_t* to) {
-    for (int i = 0; i < 8; ++i)
-        to[i] = a.v[i];
-}
-template <class Sample>
-static inline void storeNarrow(Ints a, Sample* to) {
-    for (int i = 0; i < 8; ++i)
-        to[i] = static_cast<Sample>(a.v[i]);
-}
-
-static inline Floats all(float a) {
-    return eachLane<Floats>([=](int) { return a; });
-}
-static inline Ints all(uint32_t a) {
-    return eachLane<Ints>([=](int) { return a; });
-}
-static inline Floats operator+(Floats a, Floats b) {
-    return eachLane<Floats>([&](int i) { return a.v[i] + b.v[i]; });
-}
-static inline Floats operator-(Floats a, Floats b) {
-    return eachLane<Floats>([&](int i) { return a.v[i] - b.v[i]; });
-}
-static inline Floats operator*(Floats a, Floats b) {
-    return eachLane<Floats>([&](int i) { return a.v[i] * b.v[i]; });
-}
-static inline Floats operator/(Floats a, Floats b) {
-    return eachLane<Floats>([&](int i) { return a.v[i] / b.v[i]; });
-}
-static inline Ints operator+(Ints a, Ints b) {
-    return eachLane<Ints>([&](int i) { return a.v[i] + b.v[i]; });
-}
-static inline Ints operator-(Ints a, Ints b) {
-    return eachLane<Ints>([&](int i) { return a.v[i] - b.v[i]; });
-}
-static inline Ints operator*(Ints a, Ints b) {
-    return eachLane<Ints>([&](int i) { return a.v[i] * b.v[i]; });
-}
-static inline Ints operator&(Ints a, Ints b) {
-    return eachLane<Ints>([&](int i) { return a.v[i] & b.v[i]; });
-}
-static inline Ints operator|(Ints a, Ints b) {
-    return eachLane<Ints>([&](int i) { return a.v[i] | b.v[i]; });
-}
-static inline Ints without(Ints b, Ints a) {
-    return eachLane<Ints>([&](int i) { return b.v[i] & ~a.v[i]; });
-}
-static inline Ints operator>>(Ints a, int bits) {
-    return eachLane<Ints>([&](int i) { return a.v[i] >> bits; });
-}
-static inline Ints operator>>(Ints a, Ints bits) {
-    return eachLane<Ints>([&](int i) { return a.v[i] >> bits.v[i]; });
-}
-static inline Ints operator>(Floats a, Floats b) {
-    return eachLane<Ints>([&](int i) { return a.v[i] > b.v[i] ? ~0U : 0U; });
-}
-static inline Ints operator>(Ints a, Ints b) {
-    return eachLane<Ints>([&](int i) {
-        return static_cast<int32_t>(a.v[i]) > static_cast<int32_t>(b.v[i]) ? ~0U : 0U;
-    });
-}
-static inline Ints select(Ints mask, Ints a, Ints b) {
-    return eachLane<Ints>([&](int i) { return (a.v[i] & mask.v[i]) | (b.v[i] & ~mask.v[i]); });
-}
-static inline Floats larger(Floats a, Floats b) {
-    return eachLane<Floats>([&](int i) { return a.v[i] > b.v[i] ? a.v[i] : b.v[i]; });
-}
-static inline Floats smaller(Floats a, Floats b) {
-    return eachLane<Floats>([&](int i) { return a.v[i] < b.v[i] ? a.v[i] : b.v[i]; });
-}
-static inline Ints smaller(Ints a, Ints b) {
-    return eachLane<Ints>([&](int i) {
-        return static_cast<int32_t>(a.v[i]) < static_cast<int32_t>(b.v[i]) ? a.v[i] : b.v[i];
-    });
-}
-static inline Ints truncated(Floats a) {
-    return eachLane<Ints>([&](int i) { return static_cast<uint32_t>(lumoxa::truncated(a.v[i])); });
-}
-static inline Floats toFloats(Ints a) {
-    return eachLane<Floats>(
-        [&](int i) { return static_cast<float>(static_cast<int32_t>(a.v[i])); });
-}
-static inline Ints bitsOf(Floats a) {
-    return eachLane<Ints>([&](int i) { return std::bit_cast<uint32_t>(a.v[i]); });
-}
-static inline Floats floatsOf(Ints bits) {
-    return eachLane<Floats>([&](int i) { return std::bit_cast<float>(bits.v[i]); });
-}
-
-static inline Ints gatherPairs(const uint16_t* table, Ints at) {
-    return eachLane<Ints>(
-        [&](int i) { return uint32_t{table[at.v[i]]} | uint32_t{table[at.v[i] + 1]} << 16; });
-}
-static inline Ints gather(const uint32_t* table, Ints at) {
-    return eachLane<Ints>([&](int i) { return table[at.v[i]]; });
-}
-static inline Floats gather(const float* table, Ints at) {
-    return eachLane<Floats>([&](int i) { return table[at.v[i]]; });
-}
-
+#include "base/lanes_portable.h"
 #endif
+
+namespace lumoxa::LUMOXA_LANES {
+
+/// The lower bits of the first lanes of two fours, one after the other: the samples of two pixels.
+/// `room`: whether a sample may be written behind them, which the next pixels then replace.
+template <int Outputs, class Sample>
+static inline void storePixels(Ints a, bool room, Sample* to) {
+    if constexpr (Outputs == 4) {
+        storeNarrow(a, to);
+    } else {
+        Sample samples[8];
+        storeNarrow(a, samples);
+        if (room) {
+            std::memcpy(to, samples, 4 * sizeof(Sample));
+            std::memcpy(to + Outputs, samples + 4, 4 * sizeof(Sample));
+        } else {
+            std::memcpy(to, samples, Outputs * sizeof(Sample));
+            std::memcpy(to + Outputs, samples + 4, Outputs * sizeof(Sample));
+        }
+    }
+}
+template <int Outputs, class Sample>
+static inline void storePixel(Ints a, Sample* to) {
+    Sample samples[8];
+    storeNarrow(a, samples);
+    std::memcpy(to, samples, Outputs * sizeof(Sample));
+}
 
 /// `a` limited to 0 .. `top`; not-a-number gives 0.
 static inline Floats clipped(Floats a, Floats top) {

@@ -9,6 +9,7 @@
 #include <type_traits>
 
 #include "base/pcs_encoding.h"
+#include "lut/simplex_nodes.h"
 
 namespace lumoxa::engine {
 
@@ -27,6 +28,40 @@ GridStage::GridStage(Grid grid, Interpolation interpolation)
     for (size_t d = grid_.points.size(); d-- > 0;) {
         strides_[d] = stride;
         stride *= static_cast<uint32_t>(grid_.points[d]);
+    }
+    const bool hasKernel = grid_.inputs() == 3 || grid_.inputs() == 4;
+    if (interpolation_ == Interpolation::kSimplex && hasKernel) packForKernels();
+}
+
+void GridStage::packForKernels() {
+    const auto outputs = static_cast<uint32_t>(grid_.outputs);
+    const auto padded = static_cast<uint32_t>(paddedOutputs(grid_.outputs));
+    packed_ = packNodes(grid_.nodes.data(), grid_.nodes.size() / outputs, grid_.outputs);
+    for (const uint32_t stride : strides_)
+        packedStrides_.push_back(stride / outputs * padded);
+}
+
+void GridStage::runKernels(Row* rows, int pixels) const {
+    constexpr float kPerTop = 1.0f / kSampleMax16;
+    const RowKernels& kernels = rowKernels();
+    const auto interpolate = grid_.inputs() == 3 ? kernels.tetrahedra : kernels.pentahedra;
+    const int whole = (pixels + kLanes - 1) / kLanes * kLanes;
+    uint32_t cell[kBlockPixels] = {};
+    Row fraction[4];
+    for (size_t d = 0; d < packedStrides_.size(); ++d) {
+        for (int i = 0; i < pixels; ++i)
+            rows[d][i] = clipped(rows[d][i], 1.0f);
+        std::fill(rows[d] + pixels, rows[d] + whole, 0.0f);
+        kernels.locate(rows[d], pixels, static_cast<float>(grid_.points[d] - 1),
+                       grid_.points[d] - 2, packedStrides_[d], cell, fraction[d]);
+    }
+    for (int o = 0; o < grid_.outputs; o += kOutputGroup) {
+        Groups groups;
+        interpolate(packed_.get() + o, packedStrides_.data(), cell, fraction, pixels, groups);
+        for (int c = 0; c < kOutputGroup && o + c < grid_.outputs; ++c) {
+            for (int i = 0; i < pixels; ++i)
+                rows[o + c][i] = groups[i * kOutputGroup + c] * kPerTop;
+        }
     }
 }
 
@@ -140,6 +175,7 @@ void withOutputs(int outputs, const Body& body) {
 }  // namespace
 
 void GridStage::run(Row* rows, int pixels) const {
+    if (packed_ != nullptr) return runKernels(rows, pixels);
     Cells cells;
     locate(rows, pixels, cells);
     withOutputs(grid_.outputs, [&](auto outputs) {

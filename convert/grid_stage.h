@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "convert/stage.h"
@@ -43,10 +44,15 @@ class GridStage : public Stage {
   private:
     struct Cells;
     void locate(const Row* rows, int pixels, Cells& cells) const;
+    void packForKernels();
+    void runKernels(Row* rows, int pixels) const;
 
     Grid grid_;
     Interpolation interpolation_;
     std::vector<uint32_t> strides_;  // in nodes' samples
+    // For the kernels that interpolate in three and four dimensions by simplices.
+    std::shared_ptr<const uint16_t[]> packed_;
+    std::vector<uint32_t> packedStrides_;
 };
 
 }  // namespace lumoxa::engine

@@ -33,8 +33,8 @@ void sumColumns(const ColumnSums& sums, const uint8_t* source, int channels, int
     }
 }
 
-void storeBytes(const ByteSteps& to, const float* groups, int channels, int pixels,
-                uint8_t* destination) {
+template <int Channels>
+void storeBytesOf(const ByteSteps& to, const float* groups, int pixels, uint8_t* destination) {
     const Floats least = load(to.least), one = all(1.0f);
     const Ints restBits = load(to.restBits), restMask = load(to.restMask), toStep = load(to.toStep);
     for (int i = 0; i < pixels; i += 2) {
@@ -42,17 +42,19 @@ void storeBytes(const ByteSteps& to, const float* groups, int channels, int pixe
         const Ints bits = bitsOf(value);
         const Ints step = gather(to.steps, (bits >> restBits) + toStep);
         const Ints atBegin = (step >> 16) > (bits & restMask);
-        uint8_t bytes[kLanes];
-        storeNarrow(select(atBegin, step, step >> 8), bytes);
-        const int count = i + 1 < pixels ? 2 : 1;
-        for (int p = 0; p < count; ++p) {
-            const uint8_t* const pixel = bytes + p * kOutputGroup;
-            *destination++ = pixel[0];
-            if (channels == 1) continue;
-            *destination++ = pixel[1];
-            *destination++ = pixel[2];
+        const Ints bytes = select(atBegin, step, step >> 8);
+        if (i + 1 < pixels) {
+            storePixels<Channels>(bytes, i + kOutputGroup < pixels, destination + i * Channels);
+        } else {
+            storePixel<Channels>(bytes, destination + i * Channels);
         }
     }
+}
+
+void storeBytes(const ByteSteps& steps, const float* groups, int channels, int pixels,
+                uint8_t* destination) {
+    channels == 3 ? storeBytesOf<3>(steps, groups, pixels, destination)
+                  : storeBytesOf<1>(steps, groups, pixels, destination);
 }
 
 void toUnit(float* row, int pixels) {

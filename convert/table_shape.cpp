@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "convert/grid_stage.h"
+#include "convert/octave_table.h"
 
 namespace lumoxa::engine {
 namespace {
@@ -62,7 +63,10 @@ class UnclippedCurve : public Curve {
     static constexpr int kZero = 1200, kOne = 3600;
 
     explicit UnclippedCurve(CurvePtr curve)
-        : curve_(std::move(curve)), slope_((1.0f - curve_->at(1.0f - kStep)) / kStep) {}
+        : curve_(std::move(curve)),
+          octaves_(*curve_),
+          close_(octaves_.largestStray(*curve_) <= kMostStray),
+          slope_((1.0f - curve_->at(1.0f - kStep)) / kStep) {}
 
     void run(float* row, int count) const override {
         for (int done = 0; done < count; done += kBlockPixels)
@@ -84,13 +88,15 @@ class UnclippedCurve : public Curve {
 
   private:
     static constexpr float kStep = 1.0f / 64;
+    /// What rounding a node may take.
+    static constexpr float kMostStray = 0.5f / kSampleMax16;
 
     void runBlock(float* row, int count) const {
         constexpr float kPerEntry = 1.0f / static_cast<float>(kCurveEntries - 1);
         Row value;
         for (int i = 0; i < count; ++i)
             value[i] = std::fabs(row[i]);
-        curve_->run(value, count);  // clips to 1
+        close_ ? octaves_.run(value, count) : curve_->run(value, count);  // clips to 1
         for (int i = 0; i < count; ++i) {
             const float beyond = std::max(std::fabs(row[i]) - 1.0f, 0.0f) * slope_;
             const float size = value[i] + beyond;
@@ -99,6 +105,8 @@ class UnclippedCurve : public Curve {
     }
 
     CurvePtr curve_;
+    OctaveTable octaves_;  // a tenth of the curve's time, where it is close
+    bool close_;
     float slope_;  // at 1
 };
 
@@ -107,8 +115,14 @@ Shape unclippedShape(const Shape& in, const CurveStage& last) {
     Shape shape = {in.inTables, {}, slice(in.tail, 0, in.tail.stages().size() - 1), in.what};
     std::vector<CurvePtr> curves;
     curves.reserve(last.curves().size());
-    for (const CurvePtr& curve : last.curves())
-        curves.push_back(std::make_shared<UnclippedCurve>(curve));
+    for (const CurvePtr& curve : last.curves()) {
+        const auto& known = last.curves();
+        const auto same =
+            std::find_if(known.begin(), known.begin() + static_cast<ptrdiff_t>(curves.size()),
+                         [&](const CurvePtr& other) { return *other == *curve; });
+        const auto at = static_cast<size_t>(same - known.begin());
+        curves.push_back(at < curves.size() ? curves[at] : std::make_shared<UnclippedCurve>(curve));
+    }
     shape.tail.append(std::make_shared<CurveStage>(std::move(curves)), "");
     shape.outTables.assign(last.curves().size(), UnclippedCurve::clip());
     shape.what += ", the gamut's edge behind";

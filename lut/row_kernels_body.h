@@ -169,12 +169,11 @@ void finishAll(const GroupFinish& finish, const float* groups, int pixels, Sampl
             const Ints segment = segmentsOf(v, last);
             v = between(gatherPairs(finish.curves, table + segment), v - toFloats(segment));
         }
-        Sample samples[kLanes];
-        storeNarrow(truncated(v * all(finish.sampleScale) + all(0.5f)), samples);
-        const int count = i + 1 < pixels ? 2 : 1;
-        for (int p = 0; p < count; ++p) {
-            for (int o = 0; o < Outputs; ++o)
-                *destination++ = samples[p * kOutputGroup + o];
+        const Ints samples = truncated(v * all(finish.sampleScale) + all(0.5f));
+        if (i + 1 < pixels) {
+            storePixels<Outputs>(samples, i + kOutputGroup < pixels, destination + i * Outputs);
+        } else {
+            storePixel<Outputs>(samples, destination + i * Outputs);
         }
     }
 }

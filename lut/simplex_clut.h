@@ -43,7 +43,7 @@ class SimplexClut {
     static constexpr bool kInGroups = true;
 
     explicit SimplexClut(const State& s) : s_(s) {
-        auto stride = static_cast<uint32_t>(outputGroups(s) * kOutputGroup);
+        auto stride = static_cast<uint32_t>(paddedOutputs(s.outChannels));
         for (int d = kDimensions; d-- > 0;) {
             strides_[d] = stride;
             stride *= static_cast<uint32_t>(s.lastCell[d] + 2);

@@ -17,11 +17,15 @@ namespace lumoxa {
 /// memory. Within it, a node's place is a 32-bit number.
 inline constexpr uint64_t kMaxNodeBytes = uint64_t{1} << 31;
 
-inline int outputGroups(const icLutState_t& state) {
-    return (state.outChannels + kOutputGroup - 1) / kOutputGroup;
+/// Numbers that a node takes.
+inline int paddedOutputs(int outputs) {
+    return (outputs + kOutputGroup - 1) / kOutputGroup * kOutputGroup;
 }
 
-/// The grid's entries, the last dimension fastest. Throws std::bad_alloc.
+/// `nodes` nodes of `outputs` entries each, filled up. Throws std::bad_alloc.
+std::shared_ptr<const uint16_t[]> packNodes(const uint16_t* entries, uint64_t nodes, int outputs);
+
+/// The same of the state's grid, the last dimension fastest.
 std::shared_ptr<const uint16_t[]> packNodes(const icLutState_t& state);
 
 }  // namespace lumoxa

@@ -33,7 +33,7 @@ TEST(SimplexNodes, KeepTheEntriesAndFillUpTheLastGroup) {
 
 TEST(SimplexNodes, AreRefusedBeyondTheirBoundBeforeAnyIsRead) {
     const uint8_t entry = 0;
-    for (const icLutState_t& shape : {gridOf(3, 255, 36), gridOf(4, 108, 1), gridOf(4, 255, 255)}) {
+    for (const icLutState_t& shape : {gridOf(3, 255, 68), gridOf(4, 129, 1), gridOf(4, 255, 255)}) {
         icLutState_t state = shape;
         state.clut8 = &entry;
         EXPECT_THROW(packNodes(state), std::bad_alloc);

@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// Eight lanes in registers of AVX2.
+#pragma once
+
+#include <cstdint>
+
+#include <immintrin.h>
+
+#define LUMOXA_LANES avx2
+namespace lumoxa::avx2 {
+
+struct Floats {
+    __m256 v;
+};
+struct Ints {
+    __m256i v;
+};
+
+static inline Floats load(const float* from) {
+    return {_mm256_loadu_ps(from)};
+}
+static inline Ints load(const uint32_t* from) {
+    return {_mm256_loadu_si256(reinterpret_cast<const __m256i*>(from))};
+}
+/// Four 16-bit numbers of each place.
+static inline Ints loadFours(const uint16_t* low, const uint16_t* high) {
+    const __m128i first = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(low));
+    const __m128i second = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(high));
+    return {_mm256_cvtepu16_epi32(_mm_unpacklo_epi64(first, second))};
+}
+/// Four floats of each place.
+static inline Floats loadFours(const float* low, const float* high) {
+    return {_mm256_insertf128_ps(_mm256_castps128_ps256(_mm_loadu_ps(low)), _mm_loadu_ps(high), 1)};
+}
+/// Each of two numbers four times.
+static inline Floats twoFours(float low, float high) {
+    return {_mm256_insertf128_ps(_mm256_castps128_ps256(_mm_set1_ps(low)), _mm_set1_ps(high), 1)};
+}
+static inline Ints widened(const uint16_t* from) {
+    return {_mm256_cvtepu16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from)))};
+}
+static inline Ints widened(const uint8_t* from) {
+    return {_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(from)))};
+}
+static inline void store(Floats a, float* to) {
+    _mm256_storeu_ps(to, a.v);
+}
+static inline void store(Ints a, uint32_t* to) {
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(to), a.v);
+}
+/// The lower bits of each lane.
+static inline void storeNarrow(Ints a, uint16_t* to) {
+    const __m256i low = _mm256_and_si256(a.v, _mm256_set1_epi32(0xFFFF));
+    const __m256i packed = _mm256_permute4x64_epi64(_mm256_packus_epi32(low, low), 0xD8);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), _mm256_castsi256_si128(packed));
+}
+static inline void storeNarrow(Ints a, uint8_t* to) {
+    const __m256i low = _mm256_and_si256(a.v, _mm256_set1_epi32(0xFF));
+    const __m256i words = _mm256_permute4x64_epi64(_mm256_packus_epi32(low, low), 0xD8);
+    const __m128i bytes = _mm_packus_epi16(_mm256_castsi256_si128(words), _mm_setzero_si128());
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(to), bytes);
+}
+
+static inline Floats all(float a) {
+    return {_mm256_set1_ps(a)};
+}
+static inline Ints all(uint32_t a) {
+    return {_mm256_set1_epi32(static_cast<int32_t>(a))};
+}
+static inline Floats operator+(Floats a, Floats b) {
+    return {_mm256_add_ps(a.v, b.v)};
+}
+static inline Floats operator-(Floats a, Floats b) {
+    return {_mm256_sub_ps(a.v, b.v)};
+}
+static inline Floats operator*(Floats a, Floats b) {
+    return {_mm256_mul_ps(a.v, b.v)};
+}
+static inline Floats operator/(Floats a, Floats b) {
+    return {_mm256_div_ps(a.v, b.v)};
+}
+static inline Ints operator+(Ints a, Ints b) {
+    return {_mm256_add_epi32(a.v, b.v)};
+}
+static inline Ints operator-(Ints a, Ints b) {
+    return {_mm256_sub_epi32(a.v, b.v)};
+}
+static inline Ints operator*(Ints a, Ints b) {
+    return {_mm256_mullo_epi32(a.v, b.v)};
+}
+static inline Ints operator&(Ints a, Ints b) {
+    return {_mm256_and_si256(a.v, b.v)};
+}
+static inline Ints operator|(Ints a, Ints b) {
+    return {_mm256_or_si256(a.v, b.v)};
+}
+/// The bits of b that a has not.
+static inline Ints without(Ints b, Ints a) {
+    return {_mm256_andnot_si256(a.v, b.v)};
+}
+static inline Ints operator>>(Ints a, int bits) {
+    return {_mm256_srl_epi32(a.v, _mm_cvtsi32_si128(bits))};
+}
+/// Each lane by bits of its own, fewer than 32.
+static inline Ints operator>>(Ints a, Ints bits) {
+    return {_mm256_srlv_epi32(a.v, bits.v)};
+}
+/// All bits where it holds, none where not; not where a number is none.
+static inline Ints operator>(Floats a, Floats b) {
+    return {_mm256_castps_si256(_mm256_cmp_ps(a.v, b.v, _CMP_GT_OQ))};
+}
+/// Of signed numbers.
+static inline Ints operator>(Ints a, Ints b) {
+    return {_mm256_cmpgt_epi32(a.v, b.v)};
+}
+static inline Ints select(Ints mask, Ints a, Ints b) {
+    return {_mm256_blendv_epi8(b.v, a.v, mask.v)};
+}
+/// a > b ? a : b, and a < b ? a : b: b where a number is none.
+static inline Floats larger(Floats a, Floats b) {
+    return {_mm256_max_ps(a.v, b.v)};
+}
+static inline Floats smaller(Floats a, Floats b) {
+    return {_mm256_min_ps(a.v, b.v)};
+}
+static inline Ints smaller(Ints a, Ints b) {
+    return {_mm256_min_epi32(a.v, b.v)};
+}
+/// Towards zero; what a 32-bit integer can't hold becomes the least.
+static inline Ints truncated(Floats a) {
+    return {_mm256_cvttps_epi32(a.v)};
+}
+static inline Floats toFloats(Ints a) {
+    return {_mm256_cvtepi32_ps(a.v)};
+}
+static inline Ints bitsOf(Floats a) {
+    return {_mm256_castps_si256(a.v)};
+}
+static inline Floats floatsOf(Ints bits) {
+    return {_mm256_castsi256_ps(bits.v)};
+}
+
+/// table[i] in the lower half of a lane, table[i + 1] in the upper.
+static inline Ints gatherPairs(const uint16_t* table, Ints i) {
+    return {_mm256_i32gather_epi32(reinterpret_cast<const int*>(table), i.v, 2)};
+}
+static inline Ints gather(const uint32_t* table, Ints i) {
+    return {_mm256_i32gather_epi32(reinterpret_cast<const int*>(table), i.v, 4)};
+}
+static inline Floats gather(const float* table, Ints i) {
+    return {_mm256_i32gather_ps(table, i.v, 4)};
+}
+
+}  // namespace lumoxa::avx2
