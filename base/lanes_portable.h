@@ -248,7 +248,7 @@ static inline Ints smaller(Ints a, Ints b) {
 static inline Ints truncated(Floats a) {
     // Bounded before the conversion, so that nothing is undefined.
     const Floats least = all(-2147483648.0f), most = all(2147483520.0f);  // the floats next to 2^31
-    const Floats bounded = larger(smaller(a, most), least);
+    const Floats bounded = smaller(larger(a, least), most);
     const Ints integers = {asUnsigned(converted(bounded.low)), asUnsigned(converted(bounded.high))};
     return select(a > most, all(0x80000000U), integers);
 }
