@@ -20,11 +20,6 @@
 namespace lumoxa::engine {
 namespace {
 
-/// Fewest pixels worth a thread. Starting and joining one takes some 20 us on an idle core
-/// (measured on Linux, x86-64) and a multiple on a busy one; at 10 ns a pixel, which a table takes
-/// or more, so many pixels take 160 us.
-constexpr int64_t kPixelsPerThread = 16384;
-
 /// Most threads that a caller may ask for: bounds the memory for their buffers.
 constexpr int64_t kMaxThreads = 256;
 
@@ -75,8 +70,7 @@ class Run {
 
     int64_t threadsFor(int64_t pixels) const {
         const int64_t most = options_.threads == 0 ? hardwareThreads() : options_.threads;
-        const int64_t worth = std::max<int64_t>(pixels / kPixelsPerThread, 1);
-        return std::min({most, worth, kMaxThreads});
+        return threadsForPixels(pixels, std::min(most, kMaxThreads));
     }
 
     /// Whole rows, so that a cancelled run leaves whole rows.

@@ -24,11 +24,13 @@ void kernel(const void* state, const void* source, void* destination, int pixels
          static_cast<Out*>(destination), pixels, curves);
 }
 
-/// Runs body(source, destination, pixels) over all processor cores, each on a slice of the pixels.
+/// Runs body(source, destination, pixels) over all processor cores that the pixels are worth, each
+/// on a slice of them.
 template <class Body>
 void runOnAllCores(const uint16_t* source, uint16_t* destination, int pixels, ptrdiff_t inSamples,
                    ptrdiff_t outSamples, const Body& body) {
-    fanOut(pixels, hardwareThreads(), [=, &body](int64_t first, int64_t count) {
+    const int64_t threads = threadsForPixels(pixels, hardwareThreads());
+    fanOutWithCaller(pixels, threads, [=, &body](int64_t, int64_t first, int64_t count) {
         const auto offset = static_cast<ptrdiff_t>(first);
         body(source + offset * inSamples, destination + offset * outSamples,
              static_cast<ptrdiff_t>(count));

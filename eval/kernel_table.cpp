@@ -2,6 +2,7 @@
 #include "eval/kernel_table.h"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 
 #include "eval/chain_kernels.h"
@@ -26,34 +27,17 @@ template <class Family, class Clut, class In, class Out>
 constexpr KernelFn kLutKernel =
     kernel<typename Clut::State, In, Out, convertLut<Family, Clut, In, Out>>;
 
-template <class Clut>
-void lutOnAllCores(const void* state, const void* source, void* destination, int pixels,
-                   CurveMask curves) {
-    const auto& s = *static_cast<const typename Clut::State*>(state);
-    runOnAllCores(static_cast<const uint16_t*>(source), static_cast<uint16_t*>(destination), pixels,
-                  s.inChannels, s.outChannels,
-                  [&s, curves](const uint16_t* in, uint16_t* out, ptrdiff_t count) {
-                      convertLut<Lut16Family, Clut>(s, in, out, count, curves);
-                  });
-}
-
 template <class Family, class Clut>
-constexpr KernelRow lutRow(KernelFn from16to16 = kLutKernel<Family, Clut, uint16_t, uint16_t>) {
-    return {
-        {{kLutKernel<Family, Clut, uint8_t, uint8_t>, kLutKernel<Family, Clut, uint8_t, uint16_t>},
-         {kLutKernel<Family, Clut, uint16_t, uint8_t>, from16to16}}};
-}
+constexpr KernelRow kLutRow = {
+    {{kLutKernel<Family, Clut, uint8_t, uint8_t>, kLutKernel<Family, Clut, uint8_t, uint16_t>},
+     {kLutKernel<Family, Clut, uint16_t, uint8_t>, kLutKernel<Family, Clut, uint16_t, uint16_t>}}};
 
 /// LUT kinds, by family (lut8; lut16, lutAToB and lutBToA) and by interpolation.
 constexpr KernelRow kLutRows[2][3] = {
-    {lutRow<Lut8Family, TetraClut>(), lutRow<Lut8Family, PentaClut>(),
-     lutRow<Lut8Family, PlainClut>()},
-    {lutRow<Lut16Family, TetraClut>(lutOnAllCores<TetraClut>),
-     lutRow<Lut16Family, PentaClut>(lutOnAllCores<PentaClut>), lutRow<Lut16Family, PlainClut>()},
+    {kLutRow<Lut8Family, TetraClut>, kLutRow<Lut8Family, PentaClut>, kLutRow<Lut8Family, PlainClut>},
+    {kLutRow<Lut16Family, TetraClut>, kLutRow<Lut16Family, PentaClut>,
+     kLutRow<Lut16Family, PlainClut>},
 };
-
-constexpr KernelFn kTrcMatrixOnAllCores =
-    kernelOnAllCores<trcMatrix_t, trcThenMatrix<uint16_t, uint16_t>>;
 
 template <class In, class Out>
 constexpr KernelFn kTrcMatrix = kernel<trcMatrix_t, In, Out, trcThenMatrix<In, Out>>;
@@ -94,7 +78,7 @@ constexpr KindRow kKindRows[] = {
      Use::kAnywhere,
      false,
      {{{kTrcMatrix<uint8_t, uint8_t>, kTrcMatrix<uint8_t, uint16_t>},
-       {nullptr, kTrcMatrixOnAllCores}}}},
+       {nullptr, kTrcMatrix<uint16_t, uint16_t>}}}},
     {kKindMatrixTrc,
      Use::kAnywhere,
      false,
@@ -115,15 +99,15 @@ constexpr KindRow kKindRows[] = {
      Use::kAnywhere,
      false,
      {{{kLabToGray<uint8_t, uint8_t>, kLabToGray<uint8_t, uint16_t>},
-       {nullptr, kernelOnAllCores<GrayConv_t, labToGray<uint16_t, uint16_t>>}}}},
+       {nullptr, kLabToGray<uint16_t, uint16_t>}}}},
     {kKindLabToXyz, Use::kInChains, false, only16(exported<icConvertLabToXyz>)},
     {kKindXyzToLab, Use::kInChains, false, only16(exported<icConvertXYZToLab>)},
     {kKindTableStage, Use::kInChains, false, only16(convertThroughTables)},
-    {kKindAbsolute, Use::kInChains, false, only16(kernelOnAllCores<WhiteScaling, scaleWhite>)},
+    {kKindAbsolute, Use::kInChains, false, only16(kernel<WhiteScaling, uint16_t, uint16_t, scaleWhite>)},
     {kKindPerceptualToRelative, Use::kInChains, false,
-     only16(kernelOnAllCores<icBlackWhite_t, squeezeIntoDevice>)},
+     only16(kernel<icBlackWhite_t, uint16_t, uint16_t, squeezeIntoDevice>)},
     {kKindRelativeToPerceptual, Use::kInChains, false,
-     only16(kernelOnAllCores<icBlackWhite_t, stretchFromDevice>)},
+     only16(kernel<icBlackWhite_t, uint16_t, uint16_t, stretchFromDevice>)},
 };
 
 const KernelRow* lutRowOf(const icXformInternal& xform) {
@@ -157,10 +141,38 @@ BoundKernel bind(const icXformInternal& xform, Depth in, Depth out, Use use, Cur
             static_cast<int>(xform.inChannels),
             static_cast<int>(xform.outChannels),
             perLine,
-            curves};
+            curves,
+            in == Depth::k8 ? 1 : 2,
+            out == Depth::k8 ? 1 : 2};
+}
+
+/// Whether no slice of a run touches what another reads: the two sides are apart, or the same memory
+/// with pixels of one size.
+bool slicesAreApart(const uint8_t* source, ptrdiff_t inBytes, const uint8_t* destination,
+                    ptrdiff_t outBytes, int pixels) {
+    const std::less_equal<const uint8_t*> before;
+    return before(source + inBytes * pixels, destination) ||
+           before(destination + outBytes * pixels, source) ||
+           (source == destination && inBytes == outBytes);
 }
 
 }  // namespace
+
+void BoundKernel::operator()(const void* source, void* destination, int pixels) const {
+    const auto* const in = static_cast<const uint8_t*>(source);
+    auto* const out = static_cast<uint8_t*>(destination);
+    const ptrdiff_t inBytes = ptrdiff_t{inSamples} * inSampleBytes;
+    const ptrdiff_t outBytes = ptrdiff_t{outSamples} * outSampleBytes;
+    const int64_t threads = threadsForPixels(pixels, hardwareThreads());
+    if (threads == 1 || perLine || !slicesAreApart(in, inBytes, out, outBytes, pixels)) {
+        run(state, source, destination, pixels, curves);
+        return;
+    }
+    fanOutWithCaller(pixels, threads, [&](int64_t, int64_t first, int64_t count) {
+        const auto offset = static_cast<ptrdiff_t>(first);
+        run(state, in + offset * inBytes, out + offset * outBytes, static_cast<int>(count), curves);
+    });
+}
 
 BoundKernel chooseKernel(const icXformInternal& xform, Depth in, Depth out) {
     return bind(xform, in, out, Use::kAnywhere, {});

@@ -18,11 +18,12 @@ struct BoundKernel {
     int outSamples = 0;    // samples of a destination pixel
     bool perLine = false;  // must see every line by itself
     CurveMask curves = {};
+    int inSampleBytes = 2;
+    int outSampleBytes = 2;
 
     explicit operator bool() const { return run != nullptr; }
-    void operator()(const void* source, void* destination, int pixels) const {
-        run(state, source, destination, pixels, curves);
-    }
+    /// Converts, on as many cores as the pixels are worth.
+    void operator()(const void* source, void* destination, int pixels) const;
 };
 
 /// The kernel for a transform by itself: a device or LUT kind. Empty when the kind has none for

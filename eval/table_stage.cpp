@@ -21,13 +21,12 @@ std::unique_ptr<Flare_t> makeTableStage(uint32_t channels, const uint16_t* table
 void convertThroughTables(const void* state, const void* source, void* destination, int pixels,
                           CurveMask) {
     const auto& s = *static_cast<const Flare_t*>(state);
-    runOnAllCores(static_cast<const uint16_t*>(source), static_cast<uint16_t*>(destination), pixels,
-                  s.channels, s.channels, [&s](const uint16_t* in, uint16_t* out, ptrdiff_t count) {
-                      for (ptrdiff_t i = 0; i < count; ++i) {
-                          for (uint32_t c = 0; c < s.channels; ++c)
-                              *out++ = s.tables[c][*in++];
-                      }
-                  });
+    const auto* in = static_cast<const uint16_t*>(source);
+    auto* out = static_cast<uint16_t*>(destination);
+    for (int i = 0; i < pixels; ++i) {
+        for (uint32_t c = 0; c < s.channels; ++c)
+            *out++ = s.tables[c][*in++];
+    }
 }
 
 }  // namespace lumoxa

@@ -84,6 +84,34 @@ INSTANTIATE_TEST_SUITE_P(Kinds, Driver,
                          testing::Values(std::pair{3, 3}, std::pair{1, 32}, std::pair{3, 4},
                                          std::pair{4, 3}));
 
+// Enough pixels for several threads against lines that are worth none, which a callback keeps
+// apart.
+TEST(DriverThreads, GiveTheBytesOfOneThread) {
+    constexpr int kLength = 500, kMany = 140;
+    constexpr size_t n = size_t{kLength} * kMany;
+    const Samples clut = SeededRandom(2).samples(power(5, 4) * 3);
+    const OwnedXform x =
+        requested(lutProfile(gridTag(4, 3, 5, clut), "CMYK", "RGB "), 0, icDeviceToPcs);
+    Samples source = SeededRandom(1).samples(n * 4);
+    for (const uint32_t in : {icSamples8, icSamples16}) {
+        for (const uint32_t out : {icSamples8, icSamples16}) {
+            Samples whole(n * 3), apart(n * 3);
+            const auto run = [&](Samples& to, int length, int lines, icProgressCallback callback) {
+                Listener listener;
+                icPixelLayout_t from = packed(source.data(), length, lines, 4);
+                icPixelLayout_t into = packed(to.data(), length, lines, 3);
+                from.dataType = in, into.dataType = out;
+                from.lineStep /= in == icSamples8 ? 2 : 1,
+                    into.lineStep /= out == icSamples8 ? 2 : 1;
+                EXPECT_EQ(icEvaluate(x.get(), &from, &into, callback, &listener), 0);
+            };
+            run(whole, kLength * kMany, 1, nullptr);
+            run(apart, kLength, kMany, Listener::hear);
+            EXPECT_EQ(whole, apart) << in << " " << out;
+        }
+    }
+}
+
 struct Image {
     OwnedXform xform = matrixXform(icDeviceToPcs);
     Samples source = SeededRandom(3).samples(kPixels * kLines * 3);
