@@ -43,7 +43,6 @@ void fillState(const TableForm& form, icLutState_t& state) {
     const auto storage = std::make_shared<LutStorage>();
     storage->inputCurves = flattened(form.inCurves);
     storage->outputCurves = flattened(form.outCurves);
-    storage->clut = form.grid.nodes;
     state.kind = kTypeLutAToB;
     state.clutBits = 16;
     state.inChannels = form.grid.inputs();
@@ -56,7 +55,7 @@ void fillState(const TableForm& form, icLutState_t& state) {
     state.outputEntries = state.outputCurves.entries;
     state.outputTableScale = static_cast<float>(state.outputEntries - 1) / kSampleMax16;
     state.hasClut = true;
-    state.clut16 = storage->clut.data();
+    state.clut16 = form.grid.nodes.data();
     auto stride = static_cast<uint32_t>(state.outChannels);
     for (int d = state.inChannels; d-- > 0;) {
         const int points = form.grid.points[static_cast<size_t>(d)];
@@ -130,15 +129,7 @@ class TablePlan : public Plan {
         : Plan(form.grid.inputs(), form.grid.outputs), general_(std::move(general)) {
         fillState(form, state_);
         state_.nodes = packNodes(state_);
-        // The nodes that the kernel reads are a copy.
-        const auto slim = std::make_shared<LutStorage>(*state_.storage);
-        slim->clut = {};
-        state_.inputCurves.first = slim->inputCurves.data();
-        state_.outputCurves.first = slim->outputCurves.data();
-        if (!state_.hasInputCurves) state_.inputCurves = {};
-        if (!state_.hasOutputCurves) state_.outputCurves = {};
-        state_.clut16 = nullptr;
-        state_.storage = slim;
+        state_.clut16 = nullptr;  // the kernel reads the packed nodes; the form may go
         byteCells_.build(state_);
     }
 
