@@ -32,12 +32,7 @@ Chain chainOf(const ConversionRequest& request) {
                                            " intents for a chain of " + std::to_string(steps) +
                                            " steps");
     }
-    chain.blackPointCompensation = request.blackPointCompensation;
-    chain.tone = request.tone;
-    chain.markOutOfGamut = request.markOutOfGamut;
-    chain.gamutMark = request.gamutMark;
-    chain.preserveBlack = request.preserveBlack;
-    chain.inkLimit = request.inkLimit;
+    chain.options = request.options;
     std::vector<ProfileImage> profiles = request.profiles;
     if (request.proof) insertProof(request, profiles, chain);
     std::vector<std::shared_ptr<const ProfileView>> views;

@@ -19,15 +19,10 @@ inline constexpr int kMaxProfiles = 255;
 struct ConversionRequest {
     std::vector<ProfileImage> profiles;      ///< 1 to kMaxProfiles
     std::vector<icRenderingIntent> intents;  ///< one, or one a step
-    bool blackPointCompensation = true;
+    ChainOptions options;
     bool exact = false;  ///< no plan but the stages
-    GrayPrintTone tone;
     ProfileImage proof;  ///< device to simulate before the last profile, or null
     icRenderingIntent proofIntent = icRelativeColorimetric;  ///< from it to the last profile
-    bool markOutOfGamut = false;
-    std::array<float, 3> gamutMark = {0.5f, 0.5f, 0.5f};
-    bool preserveBlack = false;
-    float inkLimit = 0;
 };
 
 /// The ways to convert pixels.
