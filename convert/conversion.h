@@ -25,6 +25,11 @@ struct ConversionRequest {
     icRenderingIntent proofIntent = icRelativeColorimetric;  ///< from it to the last profile
 };
 
+/// The profiles in the order of the chain. A proof is a chain with one profile and one step more:
+/// the simulated device is entered before the last profile, whose place in faults stays the same.
+/// @throws FaultError
+std::vector<std::shared_ptr<const ProfileView>> profilesOf(const ConversionRequest& request);
+
 /// The ways to convert pixels.
 enum class PlanKind { kStages, kShaper, kTable };
 

@@ -2,6 +2,7 @@
 //
 // A fault names the profile and the rule in one sentence, and its place in the file as fields.
 #include <algorithm>
+#include <optional>
 
 #include <gtest/gtest.h>
 
@@ -227,6 +228,48 @@ TEST_P(BrokenProfile, IsToldWithItsPlace) {
         EXPECT_EQ(std::string(bytes.begin() + static_cast<std::ptrdiff_t>(at), bytes.end())
                       .substr(0, broken.culprit.size()),
                   broken.culprit);
+    }
+}
+
+struct MisusedProfile {
+    const char* name;
+    lumoxa::Profile first, last;
+    std::optional<lumoxa::Profile> proof;
+    int place;
+    const char* title;
+    const char* says;
+};
+
+TEST(MisusedProfile, IsNamedByItsPlaceInTheCallersList) {
+    using lumoxa::Profile;
+    const auto of = [](const Bytes& bytes) {
+        return Profile::fromBytes(bytes.data(), bytes.size());
+    };
+    const Profile srgb = Profile::named("sRGB"), lab = Profile::named("Lab");
+    const Profile press = of(profileZoo().at("press")), gray = of(grayProfile().image());
+    const Profile noWayBack =
+        of(ProfileBytes("prtr", "CMYK", "Lab ").addTag("wtpt", xyzTag(1, 1, 1)).image());
+    const MisusedProfile cases[] = {
+        {"link from Lab", lab, press, {}, 0, "profile 1 \"", "begins or ends in Lab"},
+        {"link to Lab", srgb, lab, {}, 1, "profile 2 \"", "begins or ends in Lab"},
+        {"link to a print", srgb, gray, {}, 1, "profile 2: ", "gray print device"},
+        {"last of a proof", srgb, noWayBack, press, 1, "profile 2: ", "neither tag 'B2A0'"},
+        {"proof", srgb, press, noWayBack, -1, "the proof profile: ", "neither tag 'B2A0'"},
+        {"link with a print as proof", srgb, press, gray, -1, "the proof profile: ", "gray print"},
+    };
+    for (const MisusedProfile& misused : cases) {
+        SCOPED_TRACE(misused.name);
+        lumoxa::Options options;
+        options.proof = misused.proof;
+        try {
+            lumoxa::makeLink({misused.first, misused.last}, options);
+            ADD_FAILURE() << "there is no fault";
+        } catch (const lumoxa::Error& error) {
+            const std::string sentence = error.what();
+            EXPECT_EQ(error.profileIndex(), misused.place);
+            EXPECT_EQ(sentence.find(misused.title), 0U) << sentence;
+            EXPECT_NE(sentence.find(misused.says), std::string::npos) << sentence;
+        }
     }
 }
 
