@@ -116,7 +116,7 @@ class ChainBuilder {
                    " where only the connection spaces 'XYZ ' and 'Lab ' may be");
     }
 
-    /// Requires that the colours so far are those of `space`, or begins with them.
+    /// Requires that the colours at this place are those of `space`, or begins with them.
     void enterSpace(const ProfileView& p, uint32_t space) {
         const int channels =
             isGrayPrint(p, Direction::kToPcs) ? kGrayPrintChannels : channelsOf(space);
