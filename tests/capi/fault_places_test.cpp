@@ -9,26 +9,12 @@
 #include "lumoxa/lumoxa.hpp"
 #include "tests/support/gray_profiles.h"
 #include "tests/support/profile_zoo.h"
+#include "tests/support/sound_profiles.h"
 
 namespace lumoxa_test {
 namespace {
 
 using namespace std::string_literals;
-
-uint32_t number(const Bytes& bytes, size_t at) {
-    return uint32_t{bytes[at]} << 24 | uint32_t{bytes[at + 1]} << 16 |
-           uint32_t{bytes[at + 2]} << 8 | uint32_t{bytes[at + 3]};
-}
-
-/// Where a tag's entry stands in the table.
-size_t entryOf(const Bytes& profile, const std::string& tag) {
-    const auto found = std::search(profile.begin() + 132, profile.end(), tag.begin(), tag.end());
-    return static_cast<size_t>(found - profile.begin());
-}
-
-size_t dataOf(const Bytes& profile, const std::string& tag) {
-    return number(profile, entryOf(profile, tag) + 4);
-}
 
 /// A profile with some bytes replaced, `at` bytes into a tag, or into the file for no tag.
 Bytes patched(const std::string& name, const std::string& tag, size_t at,
@@ -211,7 +197,8 @@ TEST_P(BrokenProfile, IsToldWithItsPlace) {
         SCOPED_TRACE(sentence);
         EXPECT_EQ(error.code(), broken.code);
         const bool hasTag = !broken.tag.empty();
-        EXPECT_EQ(error.tag(), hasTag ? number(Bytes(broken.tag.begin(), broken.tag.end()), 0) : 0);
+        EXPECT_EQ(error.tag(),
+                  hasTag ? numberAt(Bytes(broken.tag.begin(), broken.tag.end()), 0) : 0);
         EXPECT_NE(sentence.find(hasTag ? "'" + broken.tag + "'" : "profile"), std::string::npos);
         EXPECT_NE(sentence.find(broken.says), std::string::npos);
         EXPECT_EQ(error.profileIndex(), place);
