@@ -19,7 +19,7 @@ struct Fault {
     std::string sentence;   ///< one sentence without a full stop: what breaks which rule
     uint32_t tag = 0;       ///< signature, 0 for none
     int64_t offset = -1;    ///< byte position in the profile, -1 for none
-    int profileIndex = -1;  ///< place in the chain, -1 for none
+    int profileIndex = -1;  ///< place in the caller's chain, -1 for none
 };
 
 class FaultError : public std::exception {

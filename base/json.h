@@ -26,7 +26,7 @@
 
 namespace lumoxa {
 
-/// The text so far, shared by the objects and arrays that are open.
+/// The text as far as it is written, shared by the objects and arrays that are open.
 class JsonText {
   public:
     void open(char bracket);

@@ -17,7 +17,7 @@ using Md5Digest = std::array<uint8_t, 16>;
 class Md5 {
   public:
     void add(std::span<const uint8_t> bytes);
-    /// The digest of all bytes so far; the last call.
+    /// The digest of all bytes that were added; the last call.
     Md5Digest finish();
 
   private:

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The accurate engine for C: profiles with faults in words, conversions, device links.
+#include <algorithm>
+#include <iterator>
+
 #include "capi/fault_guard.h"
 #include "capi/handles.h"
 #include "convert/builtin_spaces.h"
@@ -41,6 +44,31 @@ engine::GrayPrintTone toneOf(const lmx_gray_tone* record) {
     return tone;
 }
 
+engine::ChainOptions chainOptionsOf(const lmx_options& given) {
+    engine::ChainOptions options;
+    options.blackPointCompensation = given.black_point_compensation != 0;
+    options.tone = toneOf(given.tone);
+    options.markOutOfGamut = given.mark_out_of_gamut != 0;
+    std::copy_n(given.gamut_mark, options.gamutMark.size(), options.gamutMark.begin());
+    options.preserveBlack = given.preserve_black != 0;
+    options.inkLimit = given.ink_limit;
+    return options;
+}
+
+std::vector<icRenderingIntent> intentsOf(const lmx_options& options, int32_t profiles) {
+    const auto steps = static_cast<uint32_t>(profiles) - 1;
+    if (options.intents == nullptr) return {intentOf(options.intent)};
+    if (options.intent_count != steps) {
+        throw FaultError(LMX_ERR_INVALID, "there are " + std::to_string(options.intent_count) +
+                                              " intents for a chain of " + std::to_string(steps) +
+                                              " steps");
+    }
+    if (steps == 0) return {icRelativeColorimetric};
+    std::vector<icRenderingIntent> intents;
+    std::transform(options.intents, options.intents + steps, std::back_inserter(intents), intentOf);
+    return intents;
+}
+
 ConversionRequest requestOf(lmx_profile* const* chain, int32_t count, const lmx_options* record) {
     requireArgument(chain, "the chain");
     if (count < 1 || count > engine::kMaxProfiles) {
@@ -62,29 +90,13 @@ ConversionRequest requestOf(lmx_profile* const* chain, int32_t count, const lmx_
             throw FaultError(fault);
         }
     }
-    if (options.intents == nullptr) {
-        request.intents = {intentOf(options.intent)};
-    } else {
-        if (options.intent_count != static_cast<uint32_t>(count) - 1) {
-            throw FaultError(LMX_ERR_INVALID, "there are " + std::to_string(options.intent_count) +
-                                                  " intents for a chain of " +
-                                                  std::to_string(count - 1) + " steps");
-        }
-        for (uint32_t i = 0; i < options.intent_count; ++i)
-            request.intents.push_back(intentOf(options.intents[i]));
-        if (request.intents.empty()) request.intents = {icRelativeColorimetric};
-    }
-    request.blackPointCompensation = options.black_point_compensation != 0;
+    request.intents = intentsOf(options, count);
+    request.options = chainOptionsOf(options);
     request.exact = options.exact != 0;
-    request.tone = toneOf(options.tone);
     if (options.proof != nullptr) {
         request.proof = imageOf(requireProfile(options.proof));
         request.proofIntent = intentOf(options.proof_intent);
     }
-    request.markOutOfGamut = options.mark_out_of_gamut != 0;
-    std::copy_n(options.gamut_mark, request.gamutMark.size(), request.gamutMark.begin());
-    request.preserveBlack = options.preserve_black != 0;
-    request.inkLimit = options.ink_limit;
     return request;
 }
 

@@ -2,6 +2,7 @@
 //
 // Premultiplied colours: divided by alpha before a conversion, multiplied with it afterwards, since
 // a conversion isn't linear.
+#include "base/byte_order.h"
 #include "convert/line_kernels.h"
 #include "convert/samples.h"
 
@@ -45,11 +46,11 @@ void unpremultiply(LinePart from, int channels, ptrdiff_t pixels, void* packed, 
     auto* kept = static_cast<Straight*>(alphas);
     withChannels(channels, [=](auto count) {
         for (ptrdiff_t i = 0; i < pixels; ++i) {
-            const From alpha = load<From>(from.at(i, count));
+            const From alpha = loadRaw<From>(from.at(i, count));
             kept[i] = converted(alpha, Straight{});
             const Division divided(alpha);
             for (ptrdiff_t c = 0; c < count; ++c)
-                to[i * count + c] = divided(load<From>(from.at(i, c)));
+                to[i * count + c] = divided(loadRaw<From>(from.at(i, c)));
         }
     });
 }
@@ -91,7 +92,7 @@ void premultiply(const void* packed, const void* alphas, LinePart to, int channe
             for (ptrdiff_t c = 0; c < count; ++c) {
                 To sample;
                 multiply(from[i * count + c], alpha[i], &sample);
-                store(to.at(i, c), sample);
+                storeRaw(to.at(i, c), sample);
             }
         }
     });

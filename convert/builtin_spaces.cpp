@@ -85,7 +85,8 @@ TagBytes toneCurveTag(const ToneCurve& curve) {
         3, std::array{curve.gamma, 1 / whole, curve.offset / whole, curve.slope, curve.start});
 }
 
-// A lutAToBType or lutBToAType of three B curves that change nothing (ICC.1:2010, 10.10).
+// A lutAToBType or lutBToAType of three B curves that change nothing (ICC.1:2010, 10.10 and
+// 10.11).
 TagBytes identityTag(uint32_t type) {
     constexpr uint32_t kChannels = 3, kHeadBytes = 32;
     TagBytes tag = startOfTag(type);

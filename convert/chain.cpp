@@ -116,7 +116,7 @@ class ChainBuilder {
                    " where only the connection spaces 'XYZ ' and 'Lab ' may be");
     }
 
-    /// Requires that the colours so far are those of `space`, or begins with them.
+    /// Requires that the colours at this place are those of `space`, or begins with them.
     void enterSpace(const ProfileView& p, uint32_t space) {
         const int channels =
             isGrayPrint(p, Direction::kToPcs) ? kGrayPrintChannels : channelsOf(space);
@@ -147,16 +147,17 @@ class ChainBuilder {
     void enterDevice(const ProfileView& p, size_t i) {
         const icRenderingIntent intent = request_.intents[i - 1];
         const bool grayPrint = isGrayPrint(p, Direction::kToDevice);
-        if (request_.tone.given && isLast(i) && !grayPrint) {
+        if (request_.options.tone.given && isLast(i) && !grayPrint) {
             p.fail(icErrInvalid, 0, -1, "is no gray print device, and only those take a tone");
         }
-        const Side side = grayPrint ? grayPrintSide(p, intent, Direction::kToDevice,
-                                                    isLast(i) ? request_.tone : GrayPrintTone())
-                                    : sideOf(p, intent, Direction::kToDevice);
+        const Side side = grayPrint
+                              ? grayPrintSide(p, intent, Direction::kToDevice,
+                                              isLast(i) ? request_.options.tone : GrayPrintTone())
+                              : sideOf(p, intent, Direction::kToDevice);
         addStep(i);
         if (intent == icAbsoluteColorimetric) {
             scaleWhite(p);
-        } else if (request_.blackPointCompensation) {
+        } else if (request_.options.blackPointCompensation) {
             compensateBlack(p, intent);
         }
         noteAsked(i);

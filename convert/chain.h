@@ -20,15 +20,20 @@
 
 namespace lumoxa::engine {
 
-struct ChainRequest {
-    std::vector<icRenderingIntent> intents;  ///< one a step
+/// What a caller may choose, whatever the profiles are.
+struct ChainOptions {
     bool blackPointCompensation = true;
     GrayPrintTone tone;  ///< of the last profile, where that is a gray print device
     bool markOutOfGamut = false;
-    int gamutDevice = -1;                 ///< whose gamut; place in the chain, -1 for the last
-    std::array<float, 3> gamutMark = {};  ///< sRGB
-    bool preserveBlack = false;           ///< black-only pixels of CMYK stay black-only
-    float inkLimit = 0;                   ///< in percent, 0 for none
+    std::array<float, 3> gamutMark = {0.5f, 0.5f, 0.5f};  ///< sRGB
+    bool preserveBlack = false;  ///< black-only pixels of CMYK stay black-only
+    float inkLimit = 0;          ///< in percent, 0 for none
+};
+
+struct ChainRequest {
+    std::vector<icRenderingIntent> intents;  ///< one a step
+    int gamutDevice = -1;  ///< whose gamut is marked; place in the chain, -1 for the last
+    ChainOptions options;
 };
 
 /// What happened to white and black in a step, for reports.

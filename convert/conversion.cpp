@@ -11,16 +11,6 @@
 namespace lumoxa::engine {
 namespace {
 
-/// With the simulated device in its place: a proof is a chain with one profile and one step more.
-void insertProof(const ConversionRequest& request, std::vector<ProfileImage>& profiles,
-                 ChainRequest& chain) {
-    if (profiles.size() < 2)
-        throw FaultError(icErrInvalid, "a proof needs a source and a destination");
-    profiles.insert(profiles.end() - 1, request.proof);
-    chain.intents.push_back(request.proofIntent);
-    chain.gamutDevice = static_cast<int>(profiles.size()) - 2;
-}
-
 Chain chainOf(const ConversionRequest& request) {
     const size_t steps = request.profiles.size() - 1;
     ChainRequest chain;
@@ -32,19 +22,13 @@ Chain chainOf(const ConversionRequest& request) {
                                            " intents for a chain of " + std::to_string(steps) +
                                            " steps");
     }
-    chain.blackPointCompensation = request.blackPointCompensation;
-    chain.tone = request.tone;
-    chain.markOutOfGamut = request.markOutOfGamut;
-    chain.gamutMark = request.gamutMark;
-    chain.preserveBlack = request.preserveBlack;
-    chain.inkLimit = request.inkLimit;
-    std::vector<ProfileImage> profiles = request.profiles;
-    if (request.proof) insertProof(request, profiles, chain);
-    std::vector<std::shared_ptr<const ProfileView>> views;
-    views.reserve(profiles.size());
-    for (const ProfileImage& image : profiles)
-        views.push_back(std::make_shared<ProfileView>(image, static_cast<int>(views.size())));
-    return makeChain(std::move(views), chain);
+    chain.options = request.options;
+    std::vector<std::shared_ptr<const ProfileView>> profiles = profilesOf(request);
+    if (request.proof) {
+        chain.intents.push_back(request.proofIntent);
+        chain.gamutDevice = static_cast<int>(profiles.size()) - 2;
+    }
+    return makeChain(std::move(profiles), chain);
 }
 
 /// The chain's stages with decoding before and encoding behind.
@@ -81,6 +65,18 @@ double largestStep(const Plan& plan, const Plan& exact, uint32_t space) {
 }
 
 }  // namespace
+
+std::vector<std::shared_ptr<const ProfileView>> profilesOf(const ConversionRequest& request) {
+    std::vector<std::shared_ptr<const ProfileView>> views;
+    views.reserve(request.profiles.size() + 1);
+    for (const ProfileImage& image : request.profiles)
+        views.push_back(std::make_shared<ProfileView>(image, static_cast<int>(views.size())));
+    if (!request.proof) return views;
+    if (views.size() < 2)
+        throw FaultError(icErrInvalid, "a proof needs a source and a destination");
+    views.insert(views.end() - 1, std::make_shared<ProfileView>(request.proof, kProofProfile));
+    return views;
+}
 
 ReadyConversion::ReadyConversion(const ConversionRequest& request)
     : chain_(chainOf(request)),

@@ -19,16 +19,16 @@ inline constexpr int kMaxProfiles = 255;
 struct ConversionRequest {
     std::vector<ProfileImage> profiles;      ///< 1 to kMaxProfiles
     std::vector<icRenderingIntent> intents;  ///< one, or one a step
-    bool blackPointCompensation = true;
+    ChainOptions options;
     bool exact = false;  ///< no plan but the stages
-    GrayPrintTone tone;
     ProfileImage proof;  ///< device to simulate before the last profile, or null
     icRenderingIntent proofIntent = icRelativeColorimetric;  ///< from it to the last profile
-    bool markOutOfGamut = false;
-    std::array<float, 3> gamutMark = {0.5f, 0.5f, 0.5f};
-    bool preserveBlack = false;
-    float inkLimit = 0;
 };
+
+/// The profiles in the order of the chain. A proof is a chain with one profile and one step more:
+/// the simulated device is entered before the last profile, whose place in faults stays the same.
+/// @throws FaultError
+std::vector<std::shared_ptr<const ProfileView>> profilesOf(const ConversionRequest& request);
 
 /// The ways to convert pixels.
 enum class PlanKind { kStages, kShaper, kTable };

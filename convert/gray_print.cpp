@@ -121,8 +121,7 @@ Side grayPrintSide(const ProfileView& profile, uint32_t intent, Direction direct
     const Affine decode = decoding(kSpaceLab, kLegacyLab);
     Affine encode;
     decode.invert(encode);
-    const std::string origin =
-        quoted(kGrayTag) + " of profile " + std::to_string(profile.index() + 1);
+    const std::string origin = quoted(kGrayTag) + " of " + profile.title();
     const auto tables =
         std::make_shared<FirstChannelStage>(toPcs ? inTablesOf(*state) : outTablesOf(*state));
     Side side;

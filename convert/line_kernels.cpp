@@ -7,6 +7,7 @@
 
 #include <cstring>
 
+#include "base/byte_order.h"
 #include "convert/samples.h"
 
 namespace lumoxa::engine {
@@ -32,7 +33,7 @@ void gather(LinePart from, int channels, ptrdiff_t pixels, void* packed) {
     withChannels(channels, [=](auto count) {
         for (ptrdiff_t i = 0; i < pixels; ++i) {
             for (ptrdiff_t c = 0; c < count; ++c)
-                store(packedAt<Word>(to, i * count + c), load<Word>(from.at(i, c)));
+                storeRaw(packedAt<Word>(to, i * count + c), loadRaw<Word>(from.at(i, c)));
         }
     });
 }
@@ -47,7 +48,7 @@ void scatter(const void* packed, LinePart to, int channels, ptrdiff_t pixels) {
     withChannels(channels, [=](auto count) {
         for (ptrdiff_t i = 0; i < pixels; ++i) {
             for (ptrdiff_t c = 0; c < count; ++c)
-                store(to.at(i, c), load<Word>(packedAt<Word>(from, i * count + c)));
+                storeRaw(to.at(i, c), loadRaw<Word>(packedAt<Word>(from, i * count + c)));
         }
     });
 }
@@ -56,7 +57,7 @@ template <class From, class To>
 void copyExtras(LinePart from, LinePart to, int channels, ptrdiff_t pixels) {
     for (ptrdiff_t c = 0; c < channels; ++c) {
         for (ptrdiff_t i = 0; i < pixels; ++i)
-            store(to.at(i, c), converted(load<From>(from.at(i, c)), To{}));
+            storeRaw(to.at(i, c), converted(loadRaw<From>(from.at(i, c)), To{}));
     }
 }
 

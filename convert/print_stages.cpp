@@ -67,11 +67,11 @@ std::vector<float> markColour(const Chain& chain, const ChainRequest& request) {
     const auto srgb = std::make_shared<const std::vector<uint8_t>>(builtInSpace("sRGB"));
     ChainRequest plain;
     plain.intents = {icRelativeColorimetric};
-    plain.blackPointCompensation = false;
+    plain.options.blackPointCompensation = false;
     const Chain toDevice =
         makeChain({std::make_shared<ProfileView>(srgb, 0), chain.profiles.back()}, plain);
     std::vector<float> colour(static_cast<size_t>(toDevice.outputs));
-    toDevice.stages.convert(request.gamutMark.data(), 3, colour.data(), toDevice.outputs);
+    toDevice.stages.convert(request.options.gamutMark.data(), 3, colour.data(), toDevice.outputs);
     for (float& channel : colour) {
         if (!isConnectionSpace(chain.outSpace)) channel = clipped(channel, 1.0f);
     }
@@ -107,8 +107,9 @@ void wrapStages(Chain& chain, const ChainRequest& request, PrintSides& sides) {
             if (!list->empty()) list->stages().erase(list->stages().begin());
         }
     }
-    if (request.preserveBlack) inside = keptBlack(chain, sides, inside);
-    if (request.markOutOfGamut) inside = markedGamut(chain, request, sides, inside, chain.inputs);
+    if (request.options.preserveBlack) inside = keptBlack(chain, sides, inside);
+    if (request.options.markOutOfGamut)
+        inside = markedGamut(chain, request, sides, inside, chain.inputs);
     outside.append(inside);
     chain.stages = std::move(outside);
 }
@@ -136,8 +137,9 @@ void limitInk(Chain& chain, float percent) {
 }  // namespace
 
 void addPrintStages(Chain& chain, const ChainRequest& request, PrintSides sides) {
-    if (request.preserveBlack || request.markOutOfGamut) wrapStages(chain, request, sides);
-    if (request.inkLimit != 0) limitInk(chain, request.inkLimit);
+    if (request.options.preserveBlack || request.options.markOutOfGamut)
+        wrapStages(chain, request, sides);
+    if (request.options.inkLimit != 0) limitInk(chain, request.options.inkLimit);
 }
 
 }  // namespace lumoxa::engine

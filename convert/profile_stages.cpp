@@ -14,7 +14,7 @@ constexpr uint32_t kCurveTags[] = {fourcc("rTRC"), fourcc("gTRC"), fourcc("bTRC"
 constexpr uint32_t kGrayCurveTag = fourcc("kTRC");
 
 std::string originOf(const ProfileView& profile, const std::string& tags) {
-    return tags + " of profile " + std::to_string(profile.index() + 1);
+    return tags + " of " + profile.title();
 }
 
 uint32_t connectionSpaceOf(const ProfileView& profile) {

@@ -123,7 +123,7 @@ void TagReader::fail(int code, int64_t at, const std::string& rule) const {
 // --- the profile ---------------------------------------------------------------------------------
 
 ProfileView::ProfileView(ProfileImage image, int index) : image_(std::move(image)), index_(index) {
-    name_ = index_ < 0 ? "the profile" : "profile " + std::to_string(index_ + 1);
+    name_ = title();
     if (image_->size() < kTagTableOffset) {
         fail(icErrRead, 0, static_cast<int64_t>(image_->size()),
              "has " + std::to_string(image_->size()) +
@@ -165,6 +165,11 @@ void ProfileView::readTable() {
     }
 }
 
+std::string ProfileView::title() const {
+    if (index_ == kProofProfile) return "the proof profile";
+    return index_ < 0 ? "the profile" : "profile " + std::to_string(index_ + 1);
+}
+
 bool ProfileView::has(uint32_t signature) const {
     return std::any_of(entries_.begin(), entries_.end(),
                        [=](const Entry& entry) { return entry.signature == signature; });
@@ -203,7 +208,8 @@ ProfileView::MediaWhite ProfileView::mediaWhite() const {
 }
 
 void ProfileView::fail(int code, uint32_t tag, int64_t offset, const std::string& rule) const {
-    throw FaultError(Fault{code, name_ + ": " + rule, tag, offset, index_});
+    throw FaultError(
+        Fault{code, name_ + ": " + rule, tag, offset, std::max(index_, kOutsideOfChains)});
 }
 
 }  // namespace lumoxa::engine

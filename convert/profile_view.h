@@ -24,6 +24,10 @@ std::string spaceName(uint32_t space);
 /// Channels of a colour space (ICC.1:2010, 7.2.6); 0 for one that it doesn't list.
 int channelsOf(uint32_t space);
 
+/// Where a profile stands that is in no list of the caller's, instead of a place in it.
+inline constexpr int kOutsideOfChains = -1;
+inline constexpr int kProofProfile = -2;
+
 class ProfileView;
 
 /// The bytes of one tag, in file byte order.
@@ -59,14 +63,13 @@ class TagReader {
 /// Immutable once made. Tags refer to it: it stays where it is while they are in use.
 class ProfileView {
   public:
-    /// @param index  place in the chain, for messages; -1 outside of chains
+    /// @param index  for messages: place in the caller's list, or one of the two constants above
     /// @throws FaultError for bytes that hold no header or a tag table that doesn't fit them
     ProfileView(ProfileImage image, int index);
     ProfileView(const ProfileView&) = delete;
     ProfileView& operator=(const ProfileView&) = delete;
 
     const icHeader& header() const { return header_; }
-    int index() const { return index_; }
     bool version4() const { return header_.version >= 0x04000000; }
     bool has(uint32_t signature) const;
     size_t tagCount() const { return entries_.size(); }
@@ -77,6 +80,8 @@ class ProfileView {
     const std::vector<uint8_t>& bytes() const { return *image_; }
     const ProfileImage& image() const { return image_; }
 
+    /// `profile 2`, or `the proof profile`.
+    std::string title() const;
     /// `profile 2 "Coated press"`, as messages name it.
     const std::string& name() const { return name_; }
     const std::string& description() const { return description_; }

@@ -1,26 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// One sample of a picture: loaded and stored at any alignment, and converted between sample types
-// where its number means a part of full scale (alpha, and whatever else is copied).
+// One sample of a picture, converted between sample types where its number means a part of full
+// scale (alpha, and whatever else is copied).
 #pragma once
 
 #include <cstdint>
-#include <cstring>
 #include <type_traits>
 
 namespace lumoxa::engine {
-
-template <class Sample>
-Sample load(const uint8_t* at) {
-    Sample sample;
-    std::memcpy(&sample, at, sizeof sample);
-    return sample;
-}
-
-template <class Sample>
-void store(uint8_t* at, Sample sample) {
-    std::memcpy(at, &sample, sizeof sample);
-}
 
 /// Calls loop(channels) with a constant for the usual numbers, so that they have loops of their
 /// own.

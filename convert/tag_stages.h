@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // From the tags of a profile to stages: tone curves, and the LUT tags of all four types, complete
-// and as ICC.1:2010 defines them (10.5 curves, parametric ones, 10.8 and 10.9 lut16 and
-// lut8, 10.10 and 10.11 lutAToB and lutBToA).
+// and as ICC.1:2010 defines them (10.5 curves, 10.16 parametric ones, 10.8 and 10.9 lut16
+// and lut8, 10.10 and 10.11 lutAToB and lutBToA).
 #pragma once
 
 #include <cstdint>

@@ -18,7 +18,7 @@ void checkHeader(const ProfileFile& file, ViolationList& list);
 void checkTagTable(const ProfileFile& file, ViolationList& list);
 void checkRequiredTags(const ProfileFile& file, ViolationList& list);
 void checkTags(const ProfileFile& file, ViolationList& list);
-/// What the engine can't read or make and no violation so far explains.
+/// What the engine can't read or make and no violation found before explains.
 void checkEngine(const Subject& subject, const std::vector<TransformFact>& transforms,
                  ViolationList& list);
 

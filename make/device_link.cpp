@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <string>
 
+#include "gray/gray_state.h"
 #include "profile/new_profile.h"
 
 namespace lumoxa::engine {
@@ -138,16 +139,27 @@ TableForm tableFor(const ReadyConversion& conversion, LinkPrecision precision) {
     return plainTable(stages, inputs, outputs, pointsFor(inputs, outputs));
 }
 
-void requireDevices(const ReadyConversion& conversion) {
-    for (const uint32_t space : {conversion.inSpace(), conversion.outSpace()}) {
-        if (!isConnectionSpace(space)) continue;
-        throw FaultError(icErrInvalid, "the chain begins or ends in " + spaceName(space) +
-                                           ", and a device link leads from device to device");
-    }
-    if (conversion.hasGrayPrint()) {
-        throw FaultError(icErrInvalid,
-                         "the chain has a gray print device, whose tones follow one channel and "
-                         "can't be held by a device link");
+using Profiles = std::vector<std::shared_ptr<const ProfileView>>;
+
+void requireDevice(uint32_t space, const ProfileView& end) {
+    if (!isConnectionSpace(space)) return;
+    end.fail(icErrInvalid, 0, -1,
+             "is where the chain begins or ends in " + spaceName(space) +
+                 ", and a device link leads from device to device");
+}
+
+void requireDevices(const ReadyConversion& conversion, const Profiles& profiles) {
+    requireDevice(conversion.inSpace(), *profiles.front());
+    requireDevice(conversion.outSpace(), *profiles.back());
+    if (!conversion.hasGrayPrint()) return;
+    for (const auto& profile : profiles) {
+        const bool entered =
+            profile != profiles.front() && isGrayPrint(*profile, Direction::kToDevice);
+        const bool left = profile != profiles.back() && isGrayPrint(*profile, Direction::kToPcs);
+        if (!entered && !left) continue;
+        profile->fail(icErrInvalid, kGrayTag, -1,
+                      "is for a gray print device, whose tones follow one channel and can't be "
+                      "held by a device link");
     }
 }
 
@@ -155,9 +167,9 @@ void requireDevices(const ReadyConversion& conversion) {
 
 std::vector<uint8_t> makeLink(const ConversionRequest& request, LinkPrecision precision) {
     const ReadyConversion conversion(request);
-    requireDevices(conversion);
-    const ProfileView first(request.profiles.front(), 0);
-    const ProfileView last(request.profiles.back(), static_cast<int>(request.profiles.size()) - 1);
+    const Profiles profiles = profilesOf(request);
+    requireDevices(conversion, profiles);
+    const ProfileView &first = *profiles.front(), &last = *profiles.back();
     const auto nameOf = [](const ProfileView& profile) {
         return profile.description().empty() ? profile.name() : profile.description();
     };

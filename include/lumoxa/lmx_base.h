@@ -100,7 +100,8 @@ typedef struct lmx_fault {
     uint32_t size;          ///< sizeof(lmx_fault)
     int32_t code;           ///< LMX_ERR_...
     uint32_t tag;           ///< signature of the tag at fault, 0 for none
-    int32_t profile_index;  ///< place in the chain of the profile at fault, -1 for none
+    int32_t profile_index;  ///< place of the profile at fault in the caller's chain, -1 for none
+                            ///< and for the proof profile, which the sentence names
     int64_t offset;         ///< byte position in that profile, -1 for none
     char sentence[1000];    ///< UTF-8 with its NUL: names profile, tag and rule
 } lmx_fault;

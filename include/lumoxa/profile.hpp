@@ -43,7 +43,7 @@ class Error : public std::runtime_error {
     uint32_t tag() const noexcept { return tag_; }
     /// Byte position in the profile, -1 if none.
     int64_t offset() const noexcept { return offset_; }
-    /// Place of the profile in the chain, -1 if none.
+    /// Place of the profile in the caller's chain, -1 if none and for the proof profile.
     int profileIndex() const noexcept { return profileIndex_; }
 
   private:

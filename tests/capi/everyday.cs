@@ -3,82 +3,37 @@ using System;
 using System.Globalization;
 using System.IO;
 using System.Runtime.InteropServices;
-using System.Text;
 
 // What everyday.c does, from C#.
 static class Everyday
 {
     const int U8 = 1, U16 = 5, F32 = 9;
 
-    [StructLayout(LayoutKind.Sequential)]
-    struct Fault
-    {
-        public uint Size;
-        public int Code;
-        public uint Tag;
-        public int ProfileIndex;
-        public long Offset;
-        [MarshalAs(UnmanagedType.ByValArray, SizeConst = 1000)]
-        public byte[] Utf8;
-        public string Sentence
-        {
-            get { return Encoding.UTF8.GetString(Utf8, 0, Array.IndexOf(Utf8, (byte)0)); }
-        }
-    }
-
-    [StructLayout(LayoutKind.Sequential)]
-    struct Image
-    {
-        public uint Size;
-        public int Sample;
-        public IntPtr Data;
-        public long Width, Height;
-        public int Channels;
-        public uint Reserved;
-        public long ChannelStride, PixelStride, RowStride;
-    }
-
-    [DllImport("lumoxa")]
-    static extern int lmx_profile_named(string name, out IntPtr profile, ref Fault fault);
-    [DllImport("lumoxa")]
-    static extern int lmx_profile_from_bytes(byte[] bytes, ulong size, out IntPtr profile,
-                                             ref Fault fault);
-    [DllImport("lumoxa")]
-    static extern void lmx_profile_free(IntPtr profile);
-    [DllImport("lumoxa")]
-    static extern int lmx_conversion_create(IntPtr[] chain, int count, IntPtr options,
-                                            out IntPtr conversion, ref Fault fault);
-    [DllImport("lumoxa")]
-    static extern int lmx_conversion_run(IntPtr conversion, ref Image source, ref Image result,
-                                         IntPtr options, ref Fault fault);
-    [DllImport("lumoxa")]
-    static extern void lmx_conversion_free(IntPtr conversion);
-
-    static Fault fault = new Fault { Size = (uint)Marshal.SizeOf(typeof(Fault)) };
+    static Lumoxa.Fault fault = Lumoxa.Fault.Ready;
 
     static void Require(int code)
     {
-        if (code != 0) throw new Exception(fault.Sentence);
+        Lumoxa.Require(code, fault);
     }
 
     static IntPtr Named(string name)
     {
         IntPtr profile;
-        Require(lmx_profile_named(name, out profile, ref fault));
+        Require(Lumoxa.lmx_profile_named(name, out profile, ref fault));
         return profile;
     }
 
     static IntPtr Loaded(byte[] bytes)
     {
         IntPtr profile;
-        Require(lmx_profile_from_bytes(bytes, (ulong)bytes.Length, out profile, ref fault));
+        Require(Lumoxa.lmx_profile_from_bytes(bytes, (ulong)bytes.Length, out profile, ref fault));
         return profile;
     }
 
-    static Image Pixel(GCHandle data, int sample, int channels)
+    static Lumoxa.Image Pixel(GCHandle data, int sample, int channels)
     {
-        return new Image {
-            Size = (uint)Marshal.SizeOf(typeof(Image)), Sample = sample,
+        return new Lumoxa.Image {
+            Size = (uint)Marshal.SizeOf(typeof(Lumoxa.Image)), Sample = sample,
             Data = data.AddrOfPinnedObject(), Width = 1, Height = 1, Channels = channels,
             ChannelStride = sample == U8 ? 1 : sample == U16 ? 2 : 4
         };
@@ -87,18 +42,22 @@ static class Everyday
     // Converts one pixel between two profiles; returns the code of the run. Takes the profiles over.
     static int Convert(IntPtr from, IntPtr to, Array pixel, int sample, Array result, int resultSample)
     {
+        Lumoxa.Options options;
+        Lumoxa.lmx_options_init(out options);
         IntPtr conversion;
-        Require(lmx_conversion_create(new[] { from, to }, 2, IntPtr.Zero, out conversion, ref fault));
+        Require(Lumoxa.lmx_conversion_create(new[] { from, to }, 2, ref options, out conversion,
+                                             ref fault));
         GCHandle source = GCHandle.Alloc(pixel, GCHandleType.Pinned);
         GCHandle target = GCHandle.Alloc(result, GCHandleType.Pinned);
-        Image sourceView = Pixel(source, sample, pixel.Length);
-        Image targetView = Pixel(target, resultSample, result.Length);
-        int code = lmx_conversion_run(conversion, ref sourceView, ref targetView, IntPtr.Zero, ref fault);
+        Lumoxa.Image sourceView = Pixel(source, sample, pixel.Length);
+        Lumoxa.Image targetView = Pixel(target, resultSample, result.Length);
+        int code = Lumoxa.lmx_conversion_run(conversion, ref sourceView, ref targetView,
+                                             IntPtr.Zero, ref fault);
         source.Free();
         target.Free();
-        lmx_conversion_free(conversion);
-        lmx_profile_free(from);
-        lmx_profile_free(to);
+        Lumoxa.lmx_conversion_free(conversion);
+        Lumoxa.lmx_profile_free(from);
+        Lumoxa.lmx_profile_free(to);
         return code;
     }
 
@@ -130,7 +89,7 @@ static class Everyday
         Print("{0}", fault.Sentence);
         IntPtr none;
         byte[] junk = { (byte)'j', (byte)'u', (byte)'n', (byte)'k' };
-        Print("junk: code {0}", lmx_profile_from_bytes(junk, 4, out none, ref fault));
+        Print("junk: code {0}", Lumoxa.lmx_profile_from_bytes(junk, 4, out none, ref fault));
         Print("{0}", fault.Sentence);
         return 0;
     }

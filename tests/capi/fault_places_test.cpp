@@ -2,32 +2,19 @@
 //
 // A fault names the profile and the rule in one sentence, and its place in the file as fields.
 #include <algorithm>
+#include <optional>
 
 #include <gtest/gtest.h>
 
 #include "lumoxa/lumoxa.hpp"
 #include "tests/support/gray_profiles.h"
 #include "tests/support/profile_zoo.h"
+#include "tests/support/sound_profiles.h"
 
 namespace lumoxa_test {
 namespace {
 
 using namespace std::string_literals;
-
-uint32_t number(const Bytes& bytes, size_t at) {
-    return uint32_t{bytes[at]} << 24 | uint32_t{bytes[at + 1]} << 16 |
-           uint32_t{bytes[at + 2]} << 8 | uint32_t{bytes[at + 3]};
-}
-
-/// Where a tag's entry stands in the table.
-size_t entryOf(const Bytes& profile, const std::string& tag) {
-    const auto found = std::search(profile.begin() + 132, profile.end(), tag.begin(), tag.end());
-    return static_cast<size_t>(found - profile.begin());
-}
-
-size_t dataOf(const Bytes& profile, const std::string& tag) {
-    return number(profile, entryOf(profile, tag) + 4);
-}
 
 /// A profile with some bytes replaced, `at` bytes into a tag, or into the file for no tag.
 Bytes patched(const std::string& name, const std::string& tag, size_t at,
@@ -210,7 +197,8 @@ TEST_P(BrokenProfile, IsToldWithItsPlace) {
         SCOPED_TRACE(sentence);
         EXPECT_EQ(error.code(), broken.code);
         const bool hasTag = !broken.tag.empty();
-        EXPECT_EQ(error.tag(), hasTag ? number(Bytes(broken.tag.begin(), broken.tag.end()), 0) : 0);
+        EXPECT_EQ(error.tag(),
+                  hasTag ? numberAt(Bytes(broken.tag.begin(), broken.tag.end()), 0) : 0);
         EXPECT_NE(sentence.find(hasTag ? "'" + broken.tag + "'" : "profile"), std::string::npos);
         EXPECT_NE(sentence.find(broken.says), std::string::npos);
         EXPECT_EQ(error.profileIndex(), place);
@@ -227,6 +215,48 @@ TEST_P(BrokenProfile, IsToldWithItsPlace) {
         EXPECT_EQ(std::string(bytes.begin() + static_cast<std::ptrdiff_t>(at), bytes.end())
                       .substr(0, broken.culprit.size()),
                   broken.culprit);
+    }
+}
+
+struct MisusedProfile {
+    const char* name;
+    lumoxa::Profile first, last;
+    std::optional<lumoxa::Profile> proof;
+    int place;
+    const char* title;
+    const char* says;
+};
+
+TEST(MisusedProfile, IsNamedByItsPlaceInTheCallersList) {
+    using lumoxa::Profile;
+    const auto of = [](const Bytes& bytes) {
+        return Profile::fromBytes(bytes.data(), bytes.size());
+    };
+    const Profile srgb = Profile::named("sRGB"), lab = Profile::named("Lab");
+    const Profile press = of(profileZoo().at("press")), gray = of(grayProfile().image());
+    const Profile noWayBack =
+        of(ProfileBytes("prtr", "CMYK", "Lab ").addTag("wtpt", xyzTag(1, 1, 1)).image());
+    const MisusedProfile cases[] = {
+        {"link from Lab", lab, press, {}, 0, "profile 1 \"", "begins or ends in Lab"},
+        {"link to Lab", srgb, lab, {}, 1, "profile 2 \"", "begins or ends in Lab"},
+        {"link to a print", srgb, gray, {}, 1, "profile 2: ", "gray print device"},
+        {"last of a proof", srgb, noWayBack, press, 1, "profile 2: ", "neither tag 'B2A0'"},
+        {"proof", srgb, press, noWayBack, -1, "the proof profile: ", "neither tag 'B2A0'"},
+        {"link with a print as proof", srgb, press, gray, -1, "the proof profile: ", "gray print"},
+    };
+    for (const MisusedProfile& misused : cases) {
+        SCOPED_TRACE(misused.name);
+        lumoxa::Options options;
+        options.proof = misused.proof;
+        try {
+            lumoxa::makeLink({misused.first, misused.last}, options);
+            ADD_FAILURE() << "there is no fault";
+        } catch (const lumoxa::Error& error) {
+            const std::string sentence = error.what();
+            EXPECT_EQ(error.profileIndex(), misused.place);
+            EXPECT_EQ(sentence.find(misused.title), 0U) << sentence;
+            EXPECT_NE(sentence.find(misused.says), std::string::npos) << sentence;
+        }
     }
 }
 

@@ -62,31 +62,16 @@ void PrintTo(const WrongRun& wrong, std::ostream* out) {
 const WrongRun kWrongRuns[] = {
     {"NoConversion", [](Views& v) { v.conversion = nullptr; }, LMX_ERR_INVALID, "conversion"},
     {"ImageSize", [](Views& v) { v.source.size = 8; }, LMX_ERR_INVALID, "lmx_image has size 8"},
-    {"ImageSizeZero", [](Views& v) { v.destination.size = 0; }, LMX_ERR_INVALID, "size 0"},
     {"OptionsSize", [](Views& v) { v.run.size += 4; }, LMX_ERR_INVALID, "lmx_run_options"},
-    {"SampleZero", [](Views& v) { v.source.sample = 0; }, LMX_ERR_INVALID, "sample type 0"},
-    {"SampleOther", [](Views& v) { v.destination.sample = 2; }, LMX_ERR_INVALID, "sample type 2"},
     {"SampleLarge", [](Views& v) { v.source.sample = 0x10001; }, LMX_ERR_INVALID, "sample type"},
-    {"NoSourceData", [](Views& v) { v.source.data = nullptr; }, LMX_ERR_NULL_DATA, "null"},
-    {"NoData", [](Views& v) { v.destination.data = nullptr; }, LMX_ERR_NULL_DATA, "null"},
+    {"NoData", [](Views& v) { v.source.data = nullptr; }, LMX_ERR_NULL_DATA, "null"},
     {"FewChannels", [](Views& v) { v.source.channels = 2; }, LMX_ERR_INVALID, "channels"},
-    {"NoChannels", [](Views& v) { v.source.channels = 0; }, LMX_ERR_INVALID, "channels"},
-    {"NegativeChannels", [](Views& v) { v.source.channels = -3; }, LMX_ERR_INVALID, "channels"},
-    {"ManyChannels", [](Views& v) { v.destination.channels = 5; }, LMX_ERR_INVALID, "channels"},
     {"BillionsOfChannels", [](Views& v) { v.source.channels = 0x7FFFFFFF; }, LMX_ERR_INVALID,
      "channels"},
-    {"NegativeWidth", [](Views& v) { v.source.width = v.destination.width = -1; }, LMX_ERR_INVALID,
-     "-1 x 4"},
-    {"OtherHeight", [](Views& v) { v.source.height = 5; }, LMX_ERR_INVALID, "4 x 5"},
     {"HugeWidth", [](Views& v) { v.source.width = v.destination.width = kMost64; }, LMX_ERR_INVALID,
      "side"},
-    {"LeastHeight", [](Views& v) { v.source.height = v.destination.height = kLeast64; },
-     LMX_ERR_INVALID, "side"},
     {"WholeMemory", [](Views& v) { v.source.row_stride = v.destination.row_stride = kMost64 / 2; },
      LMX_ERR_INVALID, "memory"},
-    {"RowsOverlap", [](Views& v) { v.destination.row_stride = 3; }, LMX_ERR_INVALID, "overlap"},
-    {"RowsInPlace", [](Views& v) { v.source.row_stride = 0; }, LMX_ERR_INVALID, "overlap"},
-    {"PixelsOverlap", [](Views& v) { v.source.pixel_stride = 2; }, LMX_ERR_INVALID, "overlap"},
     {"LeastStride", [](Views& v) { v.source.channel_stride = kLeast64; }, LMX_ERR_INVALID,
      "memory"},
     {"SharedMemory",
@@ -148,6 +133,12 @@ void PrintTo(const WrongChain& wrong, std::ostream* out) {
     *out << wrong.name;
 }
 
+/// Of which the caller changes one field.
+lmx_gray_tone& tone(Asked& a) {
+    a.options.tone = &a.tone;
+    return a.tone;
+}
+
 void split(Asked& a, std::vector<float> points) {
     a.points = std::move(points);
     a.tone.points = a.points.data();
@@ -182,32 +173,20 @@ const WrongChain kWrongChains[] = {
          a.options.proof_intent = 7;
      },
      "intent 7"},
-    {"InkOfDisplay", [](Asked& a) { a.options.ink_limit = 300; }, "inks"},
-    {"BlackOfDisplay", [](Asked& a) { a.options.preserve_black = 1; }, "CMYK"},
     {"ToneOfDisplay",
      [](Asked& a) {
          a.options.tone = &a.tone;
          a.chain[1] = a.chain[0];
      },
      "no gray print device"},
-    {"ToneSize",
-     [](Asked& a) {
-         a.options.tone = &a.tone;
-         a.tone.size = 0;
-     },
-     "lmx_gray_tone"},
+    {"ToneSize", [](Asked& a) { tone(a).size = 0; }, "lmx_gray_tone"},
     {"ToneCount",
      [](Asked& a) {
          split(a, {1, 0, 0});
          a.tone.point_count = -1;
      },
      "no points"},
-    {"ToneWithoutPoints",
-     [](Asked& a) {
-         a.options.tone = &a.tone;
-         a.tone.point_count = 3;
-     },
-     "no points"},
+    {"ToneWithoutPoints", [](Asked& a) { tone(a).point_count = 3; }, "no points"},
     {"ToneFalls",
      [](Asked& a) {
          split(a, {60, 0, 0, 40, 0, 0});
@@ -223,24 +202,14 @@ const WrongChain kWrongChains[] = {
          split(a, {50, kNan, 0});
      },
      "a*"},
-    {"ToneOfColour",
-     [](Asked& a) {
-         a.options.tone = &a.tone;
-         a.tone.b = -200;
-     },
-     "b*"},
+    {"ToneOfColour", [](Asked& a) { tone(a).b = -200; }, "b*"},
     {"ToneFade",
      [](Asked& a) {
          split(a, {50, 0, 0});
          a.tone.fade = 0.5f;
      },
      "fade"},
-    {"ToneShape",
-     [](Asked& a) {
-         a.options.tone = &a.tone;
-         a.tone.shape = kNan;
-     },
-     "shape"},
+    {"ToneShape", [](Asked& a) { tone(a).shape = kNan; }, "shape"},
 };
 
 class WrongChainArgument : public testing::TestWithParam<WrongChain> {};
@@ -355,23 +324,12 @@ TEST(FaultRecord, CutsLongSentencesBetweenCharacters) {
     }
 }
 
-TEST(CppInterface, ThrowsForWhatDoesNotFit) {
+TEST(CppInterface, CountsTheSamplesOfAPixel) {
     const Profile srgb = Profile::named("sRGB");
     const Conversion conversion(srgb, srgb);
-    uint8_t pixels[12] = {};
-    const ImageView good = ImageView::packed(pixels, 2, 2, 3);
+    EXPECT_EQ(conversion({0, 1, 0}).size(), 3U);
     EXPECT_THROW(conversion({0, 0}), lumoxa::Error);
     EXPECT_THROW(conversion({}), lumoxa::Error);
-    EXPECT_THROW(conversion.run(good, ImageView()), lumoxa::Error);
-    const ImageView huge = ImageView::packed(pixels, kMost64, kMost64, 0x7FFFFFFF);
-    EXPECT_THROW(conversion.run(huge, huge), lumoxa::Error);
-    EXPECT_THROW(Conversion(std::vector<Profile>()), lumoxa::Error);
-    EXPECT_THROW(Conversion({srgb}), lumoxa::Error);
-    EXPECT_THROW(lumoxa::makeLink({srgb, Profile::named("Lab")}), lumoxa::Error);
-    EXPECT_THROW(lumoxa::makeLink({srgb, srgb}, {}, lumoxa::Sample::F32), lumoxa::Error);
-    EXPECT_THROW(Profile::named(""), lumoxa::Error);
-    EXPECT_THROW(Profile::fromBytes(nullptr, 0), lumoxa::Error);
-    EXPECT_THROW(Profile::fromFile("/no such file"), lumoxa::Error);
 }
 
 TEST(Conversion, GivesTheSameBytesOnThreadsAtOnce) {

@@ -11,11 +11,10 @@
 
 #include <gtest/gtest.h>
 
-#include "base/byte_order.h"
 #include "base/fault.h"
 #include "convert/colorimetry.h"
 #include "profile/description_text.h"
-#include "tests/support/xforms.h"
+#include "tests/support/made_profile.h"
 
 #if defined(LUMOXA_HAVE_LCMS2)
 #include <lcms2.h>
@@ -32,28 +31,9 @@ constexpr size_t kTable = 132, kEntry = 12;
 // Parameters rounded to s15Fixed16 move a curve by less than half a step of 16-bit samples.
 constexpr double kCurveError = 0.5 / 65535;
 
-uint32_t u32(const Bytes& bytes, size_t at) {
-    return lumoxa::loadFileOrder<uint32_t>(&bytes.at(at + 3) - 3);
-}
-
-int32_t fixed(const Bytes& bytes, size_t at) {
-    return static_cast<int32_t>(u32(bytes, at));
-}
-
-/// The data of a tag; empty where the profile has none.
-Bytes tagOf(const Bytes& image, const char (&signature)[5]) {
-    for (size_t i = 0; i < u32(image, 128); ++i) {
-        const size_t at = kTable + kEntry * i;
-        if (u32(image, at) != fourcc(signature)) continue;
-        const auto first = image.begin() + u32(image, at + 4);
-        return {first, first + u32(image, at + 8)};
-    }
-    return {};
-}
-
 /// A 'para' tag's curve, from its parameters alone.
 double evaluated(const Bytes& para, double x) {
-    const auto p = [&](size_t i) { return fixed(para, 12 + 4 * i) / 65536.0; };
+    const auto p = [&](size_t i) { return fixedAt(para, 12 + 4 * i); };
     if (para.at(9) == 0) return std::pow(x, p(0));
     EXPECT_EQ(para.at(9), 3);
     return x >= p(4) ? std::pow(p(1) * x + p(2), p(0)) : p(3) * x;
@@ -77,21 +57,21 @@ class RgbSpace : public testing::TestWithParam<Published> {
 TEST_P(RgbSpace, HasThePublishedColorants) {
     for (size_t c = 0; c < 3; ++c) {
         for (size_t i = 0; i < 3; ++i) {
-            EXPECT_NEAR(fixed(colorants_[c], 8 + 4 * i) / 65536.0, GetParam().colorants[c][i], 5e-5)
+            EXPECT_NEAR(fixedAt(colorants_[c], 8 + 4 * i), GetParam().colorants[c][i], 5e-5)
                 << c << i;
         }
     }
 }
 
 TEST_P(RgbSpace, AddsUpToTheWhiteExactly) {
-    const int32_t white[3] = {63190, 65536, 54061};
+    const uint32_t white[3] = {63190, 65536, 54061};
     const Bytes mediaWhite = tagOf(image_, "wtpt");
     for (size_t i = 0; i < 3; ++i) {
-        int32_t sum = 0;
+        uint32_t sum = 0;
         for (const Bytes& colorant : colorants_)
-            sum += fixed(colorant, 8 + 4 * i);
+            sum += numberAt(colorant, 8 + 4 * i);
         EXPECT_EQ(sum, white[i]);
-        EXPECT_EQ(fixed(mediaWhite, 8 + 4 * i), white[i]);
+        EXPECT_EQ(numberAt(mediaWhite, 8 + 4 * i), white[i]);
     }
 }
 
@@ -138,16 +118,16 @@ TEST(BuiltInSpace, AdaptsFromD65ByBradford) {
                                      -0.01707, -0.00925, 0.01508,  0.75168};
     const Bytes matrix = tagOf(builtInSpace("sRGB"), "chad");
     for (size_t i = 0; i < 9; ++i)
-        EXPECT_NEAR(fixed(matrix, 8 + 4 * i) / 65536.0, kPublished[i], 5e-5) << i;
+        EXPECT_NEAR(fixedAt(matrix, 8 + 4 * i), kPublished[i], 5e-5) << i;
     const Bytes none = tagOf(builtInSpace("ProPhotoRGB"), "chad");
     for (size_t i = 0; i < 9; ++i)
-        EXPECT_EQ(fixed(none, 8 + 4 * i), i % 4 == 0 ? 65536 : 0) << i;
+        EXPECT_EQ(numberAt(none, 8 + 4 * i), i % 4 == 0 ? 65536U : 0U) << i;
 }
 
 TEST(BuiltInSpace, MakesCurvesWhosePartsMeet) {
     for (const char* const name : {"sRGB", "Rec2020", "ProPhotoRGB"}) {
         const Bytes curve = tagOf(builtInSpace(name), "rTRC");
-        const double start = fixed(curve, 12 + 16) / 65536.0;
+        const double start = fixedAt(curve, 12 + 16);
         EXPECT_NEAR(evaluated(curve, start), evaluated(curve, start - 1e-12), kCurveError) << name;
     }
 }
@@ -180,12 +160,12 @@ TEST(BuiltInSpace, ListsTheNamesWhereNoneIsMeant) {
 TEST(BuiltInSpace, IsAProfileOfVersion4) {
     for (const std::string_view name : builtInSpaceNames()) {
         const Bytes image = builtInSpace(name);
-        EXPECT_EQ(u32(image, 0), image.size());
-        EXPECT_EQ(u32(image, 8), 0x04300000U);
+        EXPECT_EQ(numberAt(image, 0), image.size());
+        EXPECT_EQ(numberAt(image, 8), 0x04300000U);
         EXPECT_EQ(image.size() % 4, 0U);
-        for (size_t at = kTable; at < kTable + kEntry * u32(image, 128); at += kEntry) {
-            EXPECT_EQ(u32(image, at + 4) % 4, 0U);
-            EXPECT_LE(size_t{u32(image, at + 4)} + u32(image, at + 8), image.size());
+        for (size_t at = kTable; at < kTable + kEntry * numberAt(image, 128); at += kEntry) {
+            EXPECT_EQ(numberAt(image, at + 4) % 4, 0U);
+            EXPECT_LE(size_t{numberAt(image, at + 4)} + numberAt(image, at + 8), image.size());
         }
         EXPECT_NE(lumoxa::descriptionUtf8(tagOf(image, "desc")), "") << name;
         EXPECT_FALSE(tagOf(image, "cprt").empty());

@@ -37,7 +37,7 @@ Chain chainOf(const std::vector<Bytes>& profiles, std::vector<icRenderingIntent>
         views.push_back(viewOf(profile, static_cast<int>(views.size())));
     ChainRequest request;
     request.intents = std::move(intents);
-    request.blackPointCompensation = false;
+    request.options.blackPointCompensation = false;
     return makeChain(std::move(views), request);
 }
 

@@ -31,7 +31,7 @@ struct Parameters {
 
 class ParametricCurve : public testing::TestWithParam<Parameters> {};
 
-/// ICC.1:2010, 10.15, table 65.
+/// parametricCurveType (ICC.1:2010, 10.16).
 double closedForm(const Parameters& parameters, double x) {
     const auto& p = parameters.p;
     const auto raised = [&] { return std::pow(std::max(p[1] * x + p[2], 0.0), p[0]); };

@@ -56,7 +56,7 @@ std::vector<Breakage> brokenHeadersAndTables() {
          "ICC.1:2001-04, 6.2", false},
         {"End", withWord(v2, row + 4, 99996), "wtpt", row + 4, "ends within the file",
          "ICC.1:2001-04, 6.2"},
-        {"Step", withWord(v2, row + 4, wordAt(v2, row + 4) + 1), "wtpt", row + 4,
+        {"Step", withWord(v2, row + 4, numberAt(v2, row + 4) + 1), "wtpt", row + 4,
          "multiple of four", "ICC.1:2001-04, 6.2", false},
         {"Twice", twice, "desc", 168, "comes once", "ICC.1:2001-04, 6.2", false}};
 }
@@ -102,7 +102,7 @@ std::vector<Breakage> brokenTransforms() {
     narrow.grid = {}, narrow.aCurves = {}, narrow.outputs = 1;
     const Bytes small = display4(narrow, "nmcl");
     Bytes thin = display4(cube());
-    const size_t grid = dataOf(thin, "A2B0") + wordAt(thin, dataOf(thin, "A2B0") + 24);
+    const size_t grid = dataOf(thin, "A2B0") + numberAt(thin, dataOf(thin, "A2B0") + 24);
     thin[grid + 1] = 1;
     Bytes black = made(completed(rgbProfile({curveTag({563})}, "mntr")), 2);
     const size_t colorant = dataOf(black, "gXYZ");

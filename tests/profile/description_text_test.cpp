@@ -16,20 +16,14 @@ namespace {
 using namespace std::string_literals;
 using lumoxa::descriptionUtf8;
 
-std::string number(uint32_t value) {
-    Bytes bytes(4);
-    put32(bytes, 0, value);
-    return {bytes.begin(), bytes.end()};
-}
-
 // The reader gets a block that is exactly as long, so that a sanitizer sees what lies beyond it.
 std::string read(const std::string& tag) {
     return descriptionUtf8(Bytes(tag.begin(), tag.end()));
 }
 
 std::string desc(const std::string& ascii, const std::string& utf16) {
-    return "desc\0\0\0\0"s + number(uint32_t(ascii.size())) + ascii + number(0) +
-           number(uint32_t(utf16.size() / 2)) + utf16 + std::string(70, '\0');
+    return "desc\0\0\0\0"s + bigEndian(uint32_t(ascii.size())) + ascii + bigEndian(0) +
+           bigEndian(uint32_t(utf16.size() / 2)) + utf16 + std::string(70, '\0');
 }
 
 struct Record {
@@ -37,12 +31,12 @@ struct Record {
 };
 
 std::string mluc(const std::vector<Record>& records, uint32_t recordSize = 12) {
-    std::string all = "mluc\0\0\0\0"s + number(uint32_t(records.size())) + number(recordSize),
+    std::string all = "mluc\0\0\0\0"s + bigEndian(uint32_t(records.size())) + bigEndian(recordSize),
                 texts;
     for (const Record& record : records) {
         const size_t offset = 16 + recordSize * records.size() + texts.size();
-        all += record.language + number(uint32_t(record.utf16.size())) + number(uint32_t(offset)) +
-               std::string(recordSize - 12, 'x');
+        all += record.language + bigEndian(uint32_t(record.utf16.size())) +
+               bigEndian(uint32_t(offset)) + std::string(recordSize - 12, 'x');
         texts += record.utf16;
     }
     return all + texts;
@@ -84,7 +78,7 @@ TEST(DescriptionText, ReplacesHalvesOfSurrogatePairs) {
 }
 
 TEST(DescriptionText, IsEmptyWhereTheTextIsNotInsideTheTag) {
-    const std::string top = number(0xFFFFFFFF);
+    const std::string top = bigEndian(0xFFFFFFFF);
     const std::string head = "mluc\0\0\0\0"s;
     const std::string cases[] = {
         "",
@@ -94,15 +88,17 @@ TEST(DescriptionText, IsEmptyWhereTheTextIsNotInsideTheTag) {
         "text\0\0\0\0"s,
         "curv\0\0\0\0\0\0\0\0"s,
         "desc\0\0\0\0"s + top + "abc",
-        "desc\0\0\0\0"s + number(4) + "abc",
-        "desc\0\0\0\0"s + number(0) + number(0) + top + kA,
-        head + number(0) + number(12),
-        head + number(1) + number(12) + "enUS" + number(4) + number(28) + kA,  // too long
-        head + number(1) + number(12) + "enUS" + number(2) + top + kA,
-        head + number(1) + number(12) + "enUS" + top + top + kA,
-        head + number(255) + number(12) + "enUS" + number(2) + number(28) + kA,
-        head + top + top + "enUS" + number(2) + number(28) + kA,
-        head + number(1) + number(0) + "enUS" + number(2) + number(28) + kA,  // record size
+        "desc\0\0\0\0"s + bigEndian(4) + "abc",
+        "desc\0\0\0\0"s + bigEndian(0) + bigEndian(0) + top + kA,
+        head + bigEndian(0) + bigEndian(12),
+        head + bigEndian(1) + bigEndian(12) + "enUS" + bigEndian(4) + bigEndian(28) +
+            kA,  // too long
+        head + bigEndian(1) + bigEndian(12) + "enUS" + bigEndian(2) + top + kA,
+        head + bigEndian(1) + bigEndian(12) + "enUS" + top + top + kA,
+        head + bigEndian(255) + bigEndian(12) + "enUS" + bigEndian(2) + bigEndian(28) + kA,
+        head + top + top + "enUS" + bigEndian(2) + bigEndian(28) + kA,
+        head + bigEndian(1) + bigEndian(0) + "enUS" + bigEndian(2) + bigEndian(28) +
+            kA,  // record size
     };
     for (const std::string& tag : cases)
         EXPECT_EQ(read(tag), "") << testing::PrintToString(tag);

@@ -7,7 +7,6 @@
 #include <cstring>
 #include <limits>
 
-#include "base/byte_order.h"
 #include "base/fault.h"
 #include "profile/description_text.h"
 #include "tests/support/xforms.h"
@@ -68,8 +67,7 @@ TEST(NewProfile, StartsTagsOnBoundariesAndSharesWhatIsTheSame) {
         {fourcc("one "), 168, 14}, {fourcc("two "), 184, 20}, {fourcc("thre"), 168, 14}};
     for (size_t tag = 0; tag < 3; ++tag) {
         for (size_t field = 0; field < 3; ++field) {
-            EXPECT_EQ(lumoxa::loadFileOrder<uint32_t>(&image[132 + 12 * tag + 4 * field]),
-                      expected[tag][field]);
+            EXPECT_EQ(numberAt(image, 132 + 12 * tag + 4 * field), expected[tag][field]);
         }
     }
     EXPECT_EQ(std::memcmp(&image[168], odd.data(), odd.size()), 0);

@@ -4,7 +4,6 @@
 #include <cstring>
 #include <filesystem>
 
-#include "base/byte_order.h"
 #include "tests/support/real_profiles.h"
 #include "tests/support/temp_file.h"
 #include "tests/support/xforms.h"
@@ -29,10 +28,6 @@ Bytes saved(icProfile_t profile) {
     const TempFile file(Bytes(500, 0xEE));  // what the file held must not shine through
     EXPECT_EQ(icProfileSaveProfile(profile, file.path().c_str()), 0);
     return fileBytes(file.path());
-}
-
-uint32_t at(const Bytes& file, size_t offset) {
-    return lumoxa::loadFileOrder<uint32_t>(file.data() + offset);
 }
 
 TEST(ProfileWriter, UsesUpTheHandleThatItSaves) {
@@ -60,10 +55,10 @@ TEST(ProfileWriter, StartsTagsOnBoundariesAndSharesWhatIsTheSame) {
     const uint32_t expected[] = {fourcc("aaaa"), a, 14, fourcc("bbbb"), b, 20,
                                  fourcc("cccc"), a, 14, fourcc("dddd"), d, 13};
     for (size_t i = 0; i < std::size(expected); ++i)
-        EXPECT_EQ(at(file, 132 + 4 * i), expected[i]) << i;
+        EXPECT_EQ(numberAt(file, 132 + 4 * i), expected[i]) << i;
     EXPECT_EQ(Bytes(file.begin() + a + 14, file.begin() + b), Bytes(2));
     EXPECT_EQ(file.size(), d + 13);
-    EXPECT_EQ(at(file, 0), d + 16);
+    EXPECT_EQ(numberAt(file, 0), d + 16);
     EXPECT_EQ(tagsOf(profile), tagsOf(loaded(file)));
 }
 

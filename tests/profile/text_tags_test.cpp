@@ -10,12 +10,6 @@ namespace {
 
 using namespace std::string_literals;
 
-std::string number(uint32_t value) {
-    Bytes bytes(4);
-    put32(bytes, 0, value);
-    return {bytes.begin(), bytes.end()};
-}
-
 Bytes textTag(const std::string& text) {
     const std::string all = "text\0\0\0\0"s + text;
     return {all.begin(), all.end()};
@@ -23,7 +17,7 @@ Bytes textTag(const std::string& text) {
 
 // A textDescriptionType as far as its ASCII part goes.
 Bytes descTag(uint32_t count, const std::string& text) {
-    const std::string all = "desc\0\0\0\0"s + number(count) + text;
+    const std::string all = "desc\0\0\0\0"s + bigEndian(count) + text;
     return {all.begin(), all.end()};
 }
 
@@ -34,9 +28,9 @@ struct Record {
 // `texts` follow the records: the first begins at 28 where there is one record, at 40 for two.
 Bytes mlucTag(const std::vector<Record>& records, const std::string& texts,
               uint32_t recordSize = 12) {
-    std::string all = "mluc\0\0\0\0"s + number(uint32_t(records.size())) + number(recordSize);
+    std::string all = "mluc\0\0\0\0"s + bigEndian(uint32_t(records.size())) + bigEndian(recordSize);
     for (const Record& record : records)
-        all += "enUS" + number(record.length) + number(record.offset);
+        all += "enUS" + bigEndian(record.length) + bigEndian(record.offset);
     all += texts;
     return {all.begin(), all.end()};
 }

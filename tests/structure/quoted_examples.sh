@@ -11,11 +11,13 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 status=0
 
-same() { # same PAGE LANGUAGE FILE: the page's one block in that language is the file
-    sed -n "/^\`\`\`$2\$/,/^\`\`\`\$/p" "$1" | sed '/^```/d' >"$work/quoted"
-    sed '/^\/\/ SPDX/d' "$3" >"$work/example"
+same() { # same PAGE LANGUAGE FILE...: the page's blocks in that language are the files
+    page=$1
+    sed -n "/^\`\`\`$2\$/,/^\`\`\`\$/p" "$page" | sed '/^```/d' >"$work/quoted"
+    shift 2
+    cat "$@" | sed '/^\/\/ SPDX/d' >"$work/example"
     diff "$work/quoted" "$work/example" || {
-        echo "$1 does not quote $3"
+        echo "$page does not quote $*"
         status=1
     }
 }
@@ -37,5 +39,5 @@ parts() { # parts PAGE LANGUAGE FILE
 same README.md cpp docs/example.cpp
 parts docs/conversions.md cpp docs/example_conversions.cpp
 same docs/windows.md c docs/example.c
-same docs/windows.md csharp docs/example.cs
+same docs/windows.md csharp docs/lumoxa.cs docs/example.cs
 exit "$status"

@@ -7,16 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "base/byte_order.h"
 #include "lumoxa/lumoxa.hpp"
 #include "tests/support/profile_bytes.h"
 #include "tests/support/xforms.h"
 
 namespace lumoxa_test {
-
-inline uint32_t numberAt(const Bytes& bytes, size_t at) {
-    return lumoxa::loadFileOrder<uint32_t>(&bytes.at(at + 3) - 3);
-}
 
 inline double fixedAt(const Bytes& bytes, size_t at) {
     return static_cast<int32_t>(numberAt(bytes, at)) / 65536.0;

@@ -116,6 +116,17 @@ void put32(Bytes& out, size_t at, uint32_t value) {
     std::copy(field.begin(), field.end(), out.begin() + static_cast<std::ptrdiff_t>(at));
 }
 
+uint32_t numberAt(const Bytes& bytes, size_t at) {
+    return uint32_t{bytes.at(at)} << 24 | uint32_t{bytes.at(at + 1)} << 16 |
+           uint32_t{bytes.at(at + 2)} << 8 | uint32_t{bytes.at(at + 3)};
+}
+
+std::string bigEndian(uint32_t value) {
+    Bytes field;
+    append32(field, value);
+    return {field.begin(), field.end()};
+}
+
 Bytes curveTag(const std::vector<uint16_t>& entries) {
     Bytes out = typed("curv");
     append32(out, static_cast<uint32_t>(entries.size()));

@@ -13,6 +13,10 @@ namespace lumoxa_test {
 using Bytes = std::vector<uint8_t>;
 
 void put32(Bytes& out, size_t at, uint32_t value);
+/// The four bytes at a position, which have to be there.
+uint32_t numberAt(const Bytes& bytes, size_t at);
+/// Four bytes, as part of a tag that is written as text.
+std::string bigEndian(uint32_t value);
 
 /// 'curv' data: no entries is the identity, one is a gamma in u8Fixed8, more are a table.
 Bytes curveTag(const std::vector<uint16_t>& entries);

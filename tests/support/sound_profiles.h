@@ -22,11 +22,6 @@ inline Bytes joined(std::initializer_list<Bytes> parts) {
     return all;
 }
 
-inline uint32_t wordAt(const Bytes& bytes, size_t at) {
-    return uint32_t{bytes[at]} << 24 | uint32_t{bytes[at + 1]} << 16 |
-           uint32_t{bytes[at + 2]} << 8 | bytes[at + 3];
-}
-
 inline Bytes textTag(const std::string& text) {
     return joined({bytesOf("text"), Bytes(4), bytesOf(text), Bytes(1)});
 }
@@ -103,7 +98,7 @@ inline size_t entryOf(const Bytes& image, const std::string& tag) {
         image.begin());
 }
 inline size_t dataOf(const Bytes& image, const std::string& tag) {
-    return wordAt(image, entryOf(image, tag) + 4);
+    return numberAt(image, entryOf(image, tag) + 4);
 }
 
 inline Bytes withWord(Bytes image, size_t at, uint32_t value) {
