@@ -16,10 +16,10 @@ constexpr size_t kMaxBytes = size_t{512} << 20;
 }  // namespace
 
 std::vector<uint8_t> readFile(const std::string& path, const std::string& kind) {
-    if (std::error_code ignored; std::filesystem::is_directory(path, ignored)) {
+    if (std::error_code ignored; std::filesystem::is_directory(pathOf(path), ignored)) {
         throw InputError(path + ": is a directory; give a " + kind + " file");
     }
-    std::ifstream file(path, std::ios::binary);
+    std::ifstream file(pathOf(path), std::ios::binary);
     if (!file) {
         throw InputError(path + ": " + kind +
                          " can't be opened; check the path and its permissions");

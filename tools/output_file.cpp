@@ -9,6 +9,7 @@
 #include <string>
 #include <system_error>
 
+#include "tools/file_bytes.h"
 #include "tools/interrupt.h"
 #include "tools/tool_error.h"
 
@@ -22,6 +23,7 @@ namespace lumoxa_tool {
 namespace {
 
 namespace fs = std::filesystem;
+using Stream = std::unique_ptr<FILE, int (*)(FILE*)>;
 
 // A name that nobody else uses: two runs may write to one folder at once.
 std::string uniqueStem() {
@@ -58,12 +60,12 @@ bool writeProtected(const fs::path& path, fs::perms permissions) {
 // Waits until the file's bytes are on the disk. Without it, a crash soon after the rename could
 // leave an empty file where the old one was; and some disks say only now that they are full.
 bool syncToDisk(const fs::path& path) {
-    const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(path.string().c_str(), "r+b"),
-                                                     &std::fclose);
-    if (!file) return false;
 #if defined(_WIN32)
-    return _commit(_fileno(file.get())) == 0;
+    const Stream file(_wfopen(path.c_str(), L"r+b"), &std::fclose);
+    return file && _commit(_fileno(file.get())) == 0;
 #else
+    const Stream file(std::fopen(path.c_str(), "r+b"), &std::fclose);
+    if (!file) return false;
     // EINVAL: a file system that has no such notion
     return fsync(fileno(file.get())) == 0 || errno == EINVAL;
 #endif
@@ -124,13 +126,13 @@ void OutputFile::commit() {
 void writeFile(const std::string& path, const std::vector<uint8_t>& bytes) {
     if (path.empty()) throw UsageError("-o: needs the name of a file");
     watchForInterrupt();
-    OutputFile file(path);
-    std::ofstream out(file.temporaryName(), std::ios::binary);
+    OutputFile file(pathOf(path));
+    std::ofstream out(file.temporary(), std::ios::binary);
     out.write(reinterpret_cast<const char*>(bytes.data()),
               static_cast<std::streamsize>(bytes.size()));
     out.close();
     throwIfInterrupted();
-    if (!out) refuseDisk(path);
+    if (!out) refuseDisk(pathOf(path));
     file.commit();
 }
 

@@ -23,7 +23,7 @@ class OutputFile {
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
 
-    std::string temporaryName() const { return temporary_.string(); }
+    const std::filesystem::path& temporary() const { return temporary_; }
 
     /// Puts the finished file, once it is on the disk, in the target's place. @throws InputError
     void commit();

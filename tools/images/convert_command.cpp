@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "tools/conversion_report.h"
+#include "tools/file_bytes.h"
 #include "tools/images/conversion_choice.h"
 #include "tools/images/pixel_conversion.h"
 #include "tools/images/progress_bar.h"
@@ -117,18 +118,18 @@ void describePixels(VipsImage* image, const NamedProfile* to) {
 void convertFile(const ConvertArguments& arguments, const FileName& name,
                  const OutputFormat& format, SourceImage source, const PixelPlan& plan,
                  const Target& target) {
-    OutputFile file(name.path);
+    OutputFile file(pathOf(name.path));
     ImageHandle image = convertPixels(
         source.image.get(), plan,
         interpretationOf(target.space, plan.conversion->outputChannels(), plan.targetSixteenBits));
     if (!image) throw InputError(arguments.input + ": " + takeVipsError());
     describePixels(image.get(), target.embedded());
     followProgress(image.get(), arguments.quiet);
-    const int code = writeImage(image.get(), file.temporaryName(), name, format);
+    const int code = writeImage(image.get(), file.temporary().string(), name, format);
     throwIfInterrupted();
     if (code != 0) {
         throw InputError(arguments.input + ": can't be converted into " + name.path + " (" +
-                         writeError(file.temporaryName(), name.path) +
+                         writeError(file.temporary().string(), name.path) +
                          "); check the image and the room on the disk");
     }
     image.reset();

@@ -4,11 +4,7 @@
 #include <cstdio>
 #include <string>
 
-#if defined(_WIN32)
-#include <io.h>
-#else
 #include <unistd.h>
-#endif
 
 #include "tools/interrupt.h"
 
@@ -16,14 +12,6 @@ namespace lumoxa_tool {
 namespace {
 
 constexpr int kBarWidth = 40;
-
-bool errorStreamIsTerminal() {
-#if defined(_WIN32)
-    return _isatty(_fileno(stderr)) != 0;
-#else
-    return isatty(STDERR_FILENO) != 0;
-#endif
-}
 
 void stopWhenInterrupted(VipsImage* image, VipsProgress*, void*) {
     if (interrupted()) vips_image_set_kill(image, TRUE);
@@ -57,7 +45,7 @@ void connect(VipsImage* image, const char* signal,
 void followProgress(VipsImage* image, bool quiet) {
     vips_image_set_progress(image, TRUE);
     connect(image, "eval", stopWhenInterrupted);
-    if (quiet || !errorStreamIsTerminal()) return;
+    if (quiet || isatty(STDERR_FILENO) == 0) return;
     connect(image, "preeval", drawBar);
     connect(image, "eval", drawBar);
     connect(image, "posteval", clearBar);
