@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // `lumoxa convert`: what becomes of pictures, by profiles, by links and for gray devices.
-#include <chrono>
 #include <cmath>
 #include <csignal>
 #include <numeric>
-#include <thread>
+#include <string_view>
+
+#include <poll.h>
+#include <sys/inotify.h>
+#include <unistd.h>
 
 #include "tests/support/gray_profiles.h"
 #include "tests/support/pictures.h"
@@ -14,6 +17,34 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace lumoxa_test;
+
+/// The first file of that tool that appears in a folder unfinished, from the construction on.
+class CreatedFile {
+  public:
+    explicit CreatedFile(const fs::path& folder) : events_(inotify_init1(IN_CLOEXEC)) {
+        EXPECT_GE(inotify_add_watch(events_, folder.c_str(), IN_CREATE), 0);
+    }
+    ~CreatedFile() { close(events_); }
+    CreatedFile(const CreatedFile&) = delete;
+    CreatedFile& operator=(const CreatedFile&) = delete;
+
+    /// Waits for it; false where none comes.
+    bool awaited() const {
+        constexpr int kLongestWait = 60000;  // ms
+        pollfd waiting = {events_, POLLIN, 0};
+        alignas(inotify_event) char events[4096];
+        while (poll(&waiting, 1, kLongestWait) == 1) {
+            const ssize_t size = read(events_, events, sizeof events);
+            if (size <= 0) return false;
+            const std::string_view names(events, static_cast<size_t>(size));
+            if (names.find(".lumoxa") != std::string_view::npos) return true;
+        }
+        return false;
+    }
+
+  private:
+    int events_;
+};
 
 class Convert : public PictureRun {
   protected:
@@ -225,10 +256,9 @@ TEST_F(Convert, InterruptLeavesTheTargetAsItWas) {
     saveImage("large.tif", 3, false, 4000, 10000);
     save("target.tif", "old");
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        const CreatedFile written(folder_);
         const Process child = start("convert large.tif target.tif --to sRGB");
-        for (int i = 0; i < 1000 && leftovers() == 0; ++i)
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        EXPECT_EQ(leftovers(), 1);
+        EXPECT_TRUE(written.awaited()) << "a file that isn't finished";
         kill(static_cast<pid_t>(child), number);
         EXPECT_EQ(finish(child).signal, number);
         EXPECT_EQ(leftovers(), 0);
