@@ -16,7 +16,6 @@
 
 #include "tools/conversion_request.h"
 #include "tools/edit_command.h"
-#include "tools/exit_code.h"
 #include "tools/image_commands.h"
 #include "tools/info_command.h"
 #include "tools/link_command.h"
@@ -95,9 +94,6 @@ CLI::App* addLink(CLI::App& app, LinkArguments& arguments) {
         ->add_option("PROFILE", arguments.profiles,
                      "Source, target and what stands between: a device in the middle is proofed")
         ->required();
-    command->add_option("-o,--output", arguments.output, "Profile to write")
-        ->required()
-        ->option_text("FILE");
     addConversionOptions(*command, arguments.request);
     using lumoxa::Sample;
     const auto setPrecision = [&arguments](Sample precision) {
@@ -108,10 +104,8 @@ CLI::App* addLink(CLI::App& app, LinkArguments& arguments) {
                                    "Table of 8 bits: smaller, but coarse where gamuts are cut off");
     command->add_flag_callback("--lut16", setPrecision(Sample::U16), "Of 16 bits, the default")
         ->excludes(lut8);
-    command->add_option("--description", arguments.description,
-                        "Text; the first and the last profile's names unless given");
-    command->add_option("--copyright", arguments.copyright, "Text; free unless given");
-    command->add_flag("-q,--quiet", arguments.quiet, "No report; warnings stay");
+    addProfileOptions(*command, arguments,
+                      "Name; from the first and the last profile's unless given");
     return command;
 }
 
@@ -141,8 +135,7 @@ int run(const std::vector<std::string>& words) {
         "  lumoxa link sRGB press.icc -o srgb-to-press.icc\n"
         "  lumoxa info press.icc\n"
         "Built-in profiles: sRGB, AdobeRGB, DisplayP3, Rec2020, ProPhotoRGB, gray, gray-2.2, and "
-        "the "
-        "spaces Lab and XYZ for values; a file of such a name is written ./sRGB.\n"
+        "the spaces Lab and XYZ for values; a file of such a name is written ./sRGB.\n"
         "Exit codes: 0 done, 1 an input file is at fault, 2 wrong usage.");
     app.name("lumoxa");
     app.set_version_flag("--version", "lumoxa " LUMOXA_TOOL_VERSION);
