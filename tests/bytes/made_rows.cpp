@@ -62,8 +62,12 @@ void addGrayPrints(Rows& rows) {
     rows.push_back(rowOf("gray,ramp", lumoxa::makeGrayPrint(ramp, print)));
     for (const int steps : {15, 16}) {  // others than 16 are resampled
         std::vector<GrayPatch> grid = {patchOf(0, 0, 0), patchOf(1, 0, 0)};
-        for (int i = 0; i < 25 * steps; ++i)
-            grid.push_back(patchOf((i / 25 + 1) / (steps + 1.0), i / 5 % 5 / 4.0, i % 5 / 4.0));
+        for (int step = 1; step <= steps; ++step) {
+            for (int i = 0; i < 5; ++i) {
+                for (int j = 0; j < 5; ++j)
+                    grid.push_back(patchOf(step / (steps + 1.0), i / 4.0, j / 4.0));
+            }
+        }
         const lumoxa::Profile profile = lumoxa::makeGrayPrint(grid, print);
         rows.push_back(rowOf("gray,grid," + std::to_string(steps), profile));
         const std::string report = lumoxa::grayPrintReport(profile);
