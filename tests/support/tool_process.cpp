@@ -60,6 +60,7 @@ ProcessEnd waitFor(Process process) {
 
 Process start(const std::vector<std::string>& words, const fs::path& folder, uint64_t largestFile) {
     std::vector<char*> argv;
+    argv.reserve(words.size() + 1);
     for (const std::string& word : words)
         argv.push_back(const_cast<char*>(word.c_str()));
     argv.push_back(nullptr);
