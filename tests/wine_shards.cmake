@@ -10,6 +10,7 @@ set_tests_properties(wine.start PROPERTIES FIXTURES_SETUP wine TIMEOUT 120)
 set_tests_properties(wine.stop PROPERTIES FIXTURES_CLEANUP wine TIMEOUT 60)
 
 set(shards_lumoxa_tests 6)
+set(shards_lumoxa_tool_tests 2)
 
 function(add_shards name label)
   set(shards 1)

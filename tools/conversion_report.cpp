@@ -14,12 +14,6 @@ namespace {
 
 using Json = nlohmann::json;
 
-std::string rounded(double value, int digits) {
-    std::ostringstream text;
-    text << std::fixed << std::setprecision(digits) << value;
-    return text.str();
-}
-
 // Table tags of a profile that take part, each as " A2B1".
 std::string tableTags(const Json& facts, size_t place) {
     constexpr size_t kTagLetters = 4;
@@ -67,6 +61,12 @@ std::string blackLine(const Json& step) {
 }
 
 }  // namespace
+
+std::string rounded(double value, int digits) {
+    std::ostringstream text;
+    text << std::fixed << std::setprecision(digits) << value;
+    return text.str();
+}
 
 std::string reportLine(const std::string& label, const std::string& text) {
     constexpr size_t kLabelWidth = 10;

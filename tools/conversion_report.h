@@ -18,6 +18,9 @@ std::string chainLines(const lumoxa::Conversion& conversion, const std::vector<N
 /// How pixels are converted and how exactly, and the black points that were matched.
 std::string planLines(const lumoxa::Conversion& conversion);
 
+/// A number with that many digits behind the point.
+std::string rounded(double value, int digits);
+
 /// A line of a report.
 std::string reportLine(const std::string& label, const std::string& text);
 

@@ -10,12 +10,9 @@
 #include <CLI/CLI.hpp>
 
 #include "lumoxa/lumoxa.hpp"
-#include "tools/file_bytes.h"
+#include "tools/files.h"
 #include "tools/named_profile.h"
-#include "tools/number_list.h"
-#include "tools/option_fault.h"
-#include "tools/output_file.h"
-#include "tools/profile_text.h"
+#include "tools/option_values.h"
 #include "tools/signatures.h"
 #include "tools/tool_error.h"
 

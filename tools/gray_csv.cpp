@@ -6,8 +6,8 @@
 #include <iterator>
 #include <sstream>
 
-#include "tools/file_bytes.h"
-#include "tools/number_list.h"
+#include "tools/files.h"
+#include "tools/option_values.h"
 #include "tools/tool_error.h"
 
 namespace lumoxa_tool {

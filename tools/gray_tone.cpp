@@ -7,7 +7,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "tools/number_list.h"
+#include "tools/option_values.h"
 #include "tools/tool_error.h"
 
 namespace lumoxa_tool {

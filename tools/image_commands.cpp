@@ -9,8 +9,8 @@
 
 namespace lumoxa_tool {
 
-int convertImage(const ConvertArguments& arguments) {
 #if defined(LUMOXA_TOOL_MODULE)
+int convertImage(const ConvertArguments& arguments) {
     // Found in the program's own search path, and never unloaded: libvips has threads.
     void* const module = dlopen(LUMOXA_TOOL_MODULE, RTLD_NOW | RTLD_LOCAL);
     void* const entry = module == nullptr ? nullptr : dlsym(module, "lumoxaConvertImage");
@@ -20,9 +20,11 @@ int convertImage(const ConvertArguments& arguments) {
             "install the tool and libvips anew");
     }
     return reinterpret_cast<decltype(&lumoxaConvertImage)>(entry)(&arguments);
-#else
-    return lumoxaConvertImage(&arguments);
-#endif
 }
+#else
+int convertImage(const ConvertArguments&) {
+    throw UsageError("convert: this lumoxa was built without pictures; take one with libvips");
+}
+#endif
 
 }  // namespace lumoxa_tool

@@ -15,6 +15,9 @@ constexpr int kSignals[] = {
 #if defined(SIGHUP)
     SIGHUP,  // the terminal is gone
 #endif
+#if defined(SIGBREAK)
+    SIGBREAK,  // Ctrl-Break, and a console that is closed
+#endif
 };
 
 std::atomic<int> receivedSignal = 0;
@@ -22,6 +25,9 @@ static_assert(std::atomic<int>::is_always_lock_free, "the only kind that a signa
 
 extern "C" void noteSignal(int number) {
     receivedSignal = number;
+#if defined(_WIN32)
+    std::signal(number, noteSignal);  // which forgets a handler that it has called
+#endif
 }
 
 }  // namespace
@@ -45,10 +51,15 @@ void throwIfInterrupted() {
 }
 
 void dieOfInterrupt() {
+#if defined(_WIN32)
+    constexpr unsigned kEndedByControlC = 0xC000013A;  // by which command files know it
+    std::_Exit(static_cast<int>(kEndedByControlC));
+#else
     const int number = receivedSignal;
     std::signal(number, SIG_DFL);
     std::raise(number);
     std::_Exit(kInputAtFault);  // reached only if the signal is blocked
+#endif
 }
 
 }  // namespace lumoxa_tool

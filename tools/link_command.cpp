@@ -4,14 +4,11 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
-#include <iomanip>
 #include <iostream>
-#include <sstream>
 
 #include "tools/conversion_report.h"
-#include "tools/option_fault.h"
-#include "tools/output_file.h"
-#include "tools/profile_text.h"
+#include "tools/files.h"
+#include "tools/option_values.h"
 #include "tools/signatures.h"
 #include "tools/tool_error.h"
 
@@ -27,7 +24,7 @@ std::vector<NamedProfile> openProfiles(const LinkArguments& arguments) {
     }
     for (const std::string& word : arguments.profiles) {
         std::error_code ignored;
-        if (std::filesystem::equivalent(word, arguments.output, ignored)) {
+        if (std::filesystem::equivalent(pathOf(word), pathOf(arguments.output), ignored)) {
             throw UsageError(word + ": is a profile to link, and -o would replace it");
         }
     }
@@ -40,7 +37,7 @@ std::vector<NamedProfile> openProfiles(const LinkArguments& arguments) {
 // A profile without a description is called by its file, wherever that lies.
 std::string endName(const NamedProfile& profile) {
     const std::string text = profile.profile.description();
-    return text.empty() ? std::filesystem::path(profile.name).filename().string() : text;
+    return text.empty() ? pathOf(profile.name).filename().string() : text;
 }
 
 // In the characters that a description of version 2 can hold.
@@ -82,15 +79,13 @@ void printReport(const LinkArguments& arguments, const std::vector<NamedProfile>
             std::to_string(i + 1),
             profiles[i].description() + ": " + spaceText(profiles[i].profile.colorSpace()));
     }
-    std::ostringstream time;
-    time << std::fixed << std::setprecision(2) << seconds << " s";
     std::error_code ignored;
-    const auto bytes = std::filesystem::file_size(arguments.output, ignored);
+    const auto bytes = std::filesystem::file_size(pathOf(arguments.output), ignored);
     const char* const bits = arguments.precision == lumoxa::Sample::U8 ? "8" : "16";
     std::cout << reportLine("table", linkGridText(lumoxa::Conversion({link})) + ", " + bits +
                                          " bits, " + intentText(arguments.request.intent))
               << reportLine("size", std::to_string(bytes) + " bytes")
-              << reportLine("time", time.str()) << std::flush;
+              << reportLine("time", rounded(seconds, 2) + " s") << std::flush;
 }
 
 }  // namespace

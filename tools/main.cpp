@@ -1,15 +1,21 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Command line of the tool.
+#include <algorithm>
+#include <filesystem>
 #include <iostream>
 #include <string>
 #include <vector>
 
 #include <CLI/CLI.hpp>
+#if defined(_WIN32)
+#include <fcntl.h>
+#include <io.h>
+#include <windows.h>
+#endif
 
 #include "tools/conversion_request.h"
 #include "tools/edit_command.h"
-#include "tools/exit_code.h"
 #include "tools/image_commands.h"
 #include "tools/info_command.h"
 #include "tools/link_command.h"
@@ -88,9 +94,6 @@ CLI::App* addLink(CLI::App& app, LinkArguments& arguments) {
         ->add_option("PROFILE", arguments.profiles,
                      "Source, target and what stands between: a device in the middle is proofed")
         ->required();
-    command->add_option("-o,--output", arguments.output, "Profile to write")
-        ->required()
-        ->option_text("FILE");
     addConversionOptions(*command, arguments.request);
     using lumoxa::Sample;
     const auto setPrecision = [&arguments](Sample precision) {
@@ -101,10 +104,8 @@ CLI::App* addLink(CLI::App& app, LinkArguments& arguments) {
                                    "Table of 8 bits: smaller, but coarse where gamuts are cut off");
     command->add_flag_callback("--lut16", setPrecision(Sample::U16), "Of 16 bits, the default")
         ->excludes(lut8);
-    command->add_option("--description", arguments.description,
-                        "Text; the first and the last profile's names unless given");
-    command->add_option("--copyright", arguments.copyright, "Text; free unless given");
-    command->add_flag("-q,--quiet", arguments.quiet, "No report; warnings stay");
+    addProfileOptions(*command, arguments,
+                      "Name; from the first and the last profile's unless given");
     return command;
 }
 
@@ -118,16 +119,14 @@ CLI::App* addInfo(CLI::App& app, InfoArguments& arguments) {
 }
 
 // The option parser knows one-letter options and long ones: -16, of `values`, is neither.
-std::vector<std::string> parserArguments(int argc, char** argv) {
-    const bool hasSixteen = argc > 1 && std::string(argv[1]) == "values";
-    std::vector<std::string> arguments;  // last first, as the parser takes them
-    for (int i = argc - 1; i > 0; --i) {
-        arguments.push_back(hasSixteen && std::string(argv[i]) == "-16" ? "--16" : argv[i]);
-    }
-    return arguments;
+std::vector<std::string> parserArguments(std::vector<std::string> words) {
+    if (!words.empty() && words.front() == "values")
+        std::replace(words.begin(), words.end(), std::string("-16"), std::string("--16"));
+    return {words.rbegin(), words.rend()};  // last first, as the parser takes them
 }
 
-int run(int argc, char** argv) {
+/// @param words  in UTF-8, without the program's name
+int run(const std::vector<std::string>& words) {
     CLI::App app("lumoxa: colour conversion with ICC profiles");
     app.footer(
         "Examples:\n"
@@ -136,8 +135,7 @@ int run(int argc, char** argv) {
         "  lumoxa link sRGB press.icc -o srgb-to-press.icc\n"
         "  lumoxa info press.icc\n"
         "Built-in profiles: sRGB, AdobeRGB, DisplayP3, Rec2020, ProPhotoRGB, gray, gray-2.2, and "
-        "the "
-        "spaces Lab and XYZ for values; a file of such a name is written ./sRGB.\n"
+        "the spaces Lab and XYZ for values; a file of such a name is written ./sRGB.\n"
         "Exit codes: 0 done, 1 an input file is at fault, 2 wrong usage.");
     app.name("lumoxa");
     app.set_version_flag("--version", "lumoxa " LUMOXA_TOOL_VERSION);
@@ -151,7 +149,7 @@ int run(int argc, char** argv) {
     CLI::App* const makeDisplay = addMakeDisplay(app, line.makeDisplay);
     CLI::App* const makeGray = addMakeGray(app, line.makeGray);
     try {
-        app.parse(parserArguments(argc, argv));
+        app.parse(parserArguments(words));
     } catch (const CLI::Success& wish) {  // help or version
         return app.exit(wish);
     } catch (const CLI::ParseError& error) {
@@ -185,6 +183,26 @@ int run(int argc, char** argv) {
 }  // namespace
 }  // namespace lumoxa_tool
 
-int main(int argc, char** argv) {
-    return lumoxa_tool::exitCodeOf([=] { return lumoxa_tool::run(argc, argv); });
+#if defined(_WIN32)
+// Texts are UTF-8 and lines end as they do elsewhere, whatever the code page of the machine.
+int wmain(int argc, wchar_t** argv) {
+    for (FILE* const stream : {stdout, stderr})
+        _setmode(_fileno(stream), _O_BINARY);
+    const UINT codePage = GetConsoleOutputCP();
+    SetConsoleOutputCP(CP_UTF8);
+    const int code = lumoxa_tool::exitCodeOf([=] {
+        std::vector<std::string> words;
+        for (int i = 1; i < argc; ++i)
+            words.push_back(std::filesystem::path(argv[i]).string());
+        return lumoxa_tool::run(words);
+    });
+    SetConsoleOutputCP(codePage);
+    return code;
 }
+#else
+int main(int argc, char** argv) {
+    return lumoxa_tool::exitCodeOf([=] {
+        return lumoxa_tool::run(std::vector<std::string>(argv + std::min(argc, 1), argv + argc));
+    });
+}
+#endif

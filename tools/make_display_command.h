@@ -3,23 +3,17 @@
 // `lumoxa make-display`: a display profile out of chromaticities and a tone curve.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
-namespace CLI {
-class App;
-}
+#include "tools/option_values.h"
 
 namespace lumoxa_tool {
 
-struct MakeDisplayArguments {
+struct MakeDisplayArguments : NewProfile {
     std::vector<std::string> primaries;  ///< rx,ry,gx,gy,bx,by in one word or three
     std::string white;                   ///< x,y
-    std::string curve;                   ///< as displayCurve takes it
-    std::string output;
-    std::optional<std::string> description, copyright;
-    bool quiet = false;
+    std::string curve;                   ///< srgb, gamma:G or a file
 };
 
 CLI::App* addMakeDisplay(CLI::App& app, MakeDisplayArguments& arguments);

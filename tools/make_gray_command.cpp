@@ -9,9 +9,8 @@
 #include <nlohmann/json.hpp>
 
 #include "lumoxa/lumoxa.hpp"
+#include "tools/files.h"
 #include "tools/gray_csv.h"
-#include "tools/output_file.h"
-#include "tools/profile_text.h"
 #include "tools/signatures.h"
 #include "tools/tool_error.h"
 
@@ -85,19 +84,12 @@ CLI::App* addMakeGray(CLI::App& app, MakeGrayArguments& arguments) {
                      "Measured patches: a text table with columns main,first,second,X,Y,Z, or "
                      "main,X,Y,Z for a ramp")
         ->required();
-    command->add_option("-o,--output", arguments.output, "Profile to write")
-        ->required()
-        ->option_text("OUT");
     command
         ->add_option("--range", arguments.range,
                      "Device value of full ink in the table, 65535 unless given")
         ->check(CLI::IsMember({65535, 255, 100}))
         ->option_text("65535|255|100");
-    command->add_option("--description", arguments.description, "Name of the profile")
-        ->option_text("TEXT");
-    command->add_option("--copyright", arguments.copyright, "Copyright; free unless given")
-        ->option_text("TEXT");
-    command->add_flag("-q,--quiet", arguments.quiet, "No report, no notes");
+    addProfileOptions(*command, arguments, "Name of the profile");
     return command;
 }
 

@@ -3,21 +3,15 @@
 // `lumoxa make-gray`: the profile of a gray device of three channels out of measured patches.
 #pragma once
 
-#include <optional>
 #include <string>
 
-namespace CLI {
-class App;
-}
+#include "tools/option_values.h"
 
 namespace lumoxa_tool {
 
-struct MakeGrayArguments {
+struct MakeGrayArguments : NewProfile {
     std::string patches;
-    std::string output;
     double range = 65535;  ///< device value of full ink
-    std::optional<std::string> description, copyright;
-    bool quiet = false;
 };
 
 CLI::App* addMakeGray(CLI::App& app, MakeGrayArguments& arguments);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/named_profile.h"
 
-#include "tools/file_bytes.h"
+#include "tools/files.h"
 #include "tools/signatures.h"
 
 namespace lumoxa_tool {

@@ -1,15 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Four-character signatures and big-endian fields as profiles hold them, and their words for
-// people.
+// Four-character signatures as profiles hold them, and their words for people.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
-#include <vector>
-
-#include "lumoxa/types.h"
 
 namespace lumoxa_tool {
 
@@ -24,27 +19,12 @@ constexpr uint32_t fourCc(const char (&text)[5]) {
 inline constexpr uint32_t kRgb = fourCc("RGB ");
 inline constexpr uint32_t kCmyk = fourCc("CMYK");
 inline constexpr uint32_t kGray = fourCc("GRAY");
-inline constexpr uint32_t kXyz = fourCc("XYZ ");
-inline constexpr uint32_t kLab = fourCc("Lab ");
 inline constexpr uint32_t kGrayTag = fourCc("wzgd");  ///< patches of a gray device
+inline constexpr uint32_t kProfileDescriptionTag = fourCc("desc");
+inline constexpr uint32_t kCopyrightTag = fourCc("cprt");
 inline constexpr uint32_t kLinkClass = fourCc("link");
 /// Samples of a pixel of a gray device with companions, whatever its colour space says.
 inline constexpr int kGrayPrintChannels = 3;
-
-inline uint32_t bigEndian16(const uint8_t* at) {
-    return static_cast<uint32_t>(at[0]) << 8 | at[1];
-}
-inline uint32_t bigEndian32(const uint8_t* at) {
-    return bigEndian16(at) << 16 | bigEndian16(at + 2);
-}
-inline void put16(std::vector<uint8_t>& bytes, uint32_t value) {
-    bytes.push_back(static_cast<uint8_t>(value >> 8));
-    bytes.push_back(static_cast<uint8_t>(value));
-}
-inline void put32(std::vector<uint8_t>& bytes, uint32_t value) {
-    put16(bytes, value >> 16);
-    put16(bytes, value & 0xFFFF);
-}
 
 /// The four characters, with '?' for what can't be printed: "A2B0".
 std::string signatureText(uint32_t signature);

@@ -2,6 +2,9 @@
 #include "tools/tool_error.h"
 
 #include <iostream>
+#include <new>
+
+#include "tools/interrupt.h"
 
 namespace lumoxa_tool {
 
@@ -17,6 +20,22 @@ void printMessage(const std::string& text) {
     while (!line.empty() && (line.back() == ' ' || line.back() == ';'))
         line.pop_back();
     std::cerr << "lumoxa: " << line << std::endl;
+}
+
+int exitCodeOf(const std::function<int()>& work) {
+    try {
+        return work();
+    } catch (const UsageError& error) {
+        printMessage(error.what());
+        return kUsage;
+    } catch (const Interrupted&) {
+        dieOfInterrupt();
+    } catch (const std::bad_alloc&) {
+        printMessage("not enough memory");
+    } catch (const std::exception& error) {
+        printMessage(error.what());
+    }
+    return kInputAtFault;
 }
 
 }  // namespace lumoxa_tool

@@ -3,6 +3,7 @@
 // How the tool fails: a one-line sentence and an exit code.
 #pragma once
 
+#include <functional>
 #include <stdexcept>
 #include <string>
 
@@ -37,5 +38,9 @@ class Interrupted : public std::exception {};
 /// Prints "lumoxa: text" on the standard error stream, with line breaks made into "; " so that a
 /// message stays one line whatever a file or a codec has put into it.
 void printMessage(const std::string& text);
+
+/// Runs the work and prints what it throws. After an Interrupted, the process ends by its signal.
+/// @return what the work returns, else the exit code of its failure
+int exitCodeOf(const std::function<int()>& work);
 
 }  // namespace lumoxa_tool

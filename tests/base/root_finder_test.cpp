@@ -15,6 +15,8 @@ struct Crossing {
     const char* name;
     float (*function)(float);
     float at;
+
+    friend void PrintTo(const Crossing& crossing, std::ostream* out) { *out << crossing.name; }
 };
 
 constexpr float kTolerance = 1e-4f;

@@ -25,7 +25,8 @@ constexpr Group kGroups[] = {
     {"lut", lutRows},       {"lutAB", lutABRows},         {"intent", intentRows},
     {"curve", curveRows},   {"gray", grayRows},           {"LabXYZ", labXyzRows},
     {"chain", chainRows},   {"stored", storedRows},       {"installed", installedRows},
-    {"engine", engineRows}, {"engineRun", engineRunRows}, {"engineProfile", engineProfileRows}};
+    {"engine", engineRows}, {"engineRun", engineRunRows}, {"engineProfile", engineProfileRows},
+    {"made", madeRows}};
 
 /// The hashes of a row as the table has them: of the result, and of the files that it is made from.
 struct Hashes {

@@ -184,11 +184,8 @@ Row layoutRow(const Layout& layout, const Conversion& conversion) {
 
 Row linkRow(const std::string& line, Sample precision) {
     const Request request = requestOf(line);
-    Bytes bytes = lumoxa::makeLink(request.chain, request.options, precision).bytes();
-    constexpr size_t kDate = 24, kDateSize = 12;
-    std::fill_n(bytes.begin() + kDate, kDateSize, uint8_t{0});
     Row row{"link," + line + (precision == Sample::U8 ? ",8" : ",16"), {}};
-    row.hash.add(bytes);
+    row.hash.add(withoutDate(lumoxa::makeLink(request.chain, request.options, precision).bytes()));
     return row;
 }
 
@@ -244,7 +241,10 @@ Rows engineProfileRows() {
         rows.push_back({name, {}});
         rows.back().hash.add(Profile::named(name).bytes());
     }
-    for (const char* chain : {"sRGB>press", "press>sRGB:0", "gray>gamma", "abPress>press:ki"}) {
+    for (const char* chain :
+         {"sRGB>press", "press>sRGB:0", "gray>gamma", "abPress>press:ki", "sRGB>press:3",
+          "gamma>AdobeRGB:n", "ab>abPress:2", "six>sRGB", "sRGB>abstract>press", "link>press",
+          "sRGB>press>sRGB:03", "sRGB>press:g"}) {
         for (const Sample precision : {Sample::U8, Sample::U16})
             rows.push_back(linkRow(chain, precision));
     }

@@ -42,6 +42,9 @@ void addRowsByDepth(Rows& rows, const std::string& name, icXform_t xform);
 /// The table that a transform becomes in a profile.
 void addStored(Hash& hash, icXform_t xform);
 
+/// A profile with zeros for the time at which it was made.
+Bytes withoutDate(Bytes profile);
+
 /// Curves by a letter each: i identity, g and h gammas, s, k and l sampled with 17, 16 and 1024
 /// entries, 0 to 4 parametric, 5 to 7 other powers alone.
 std::vector<Bytes> curves(const std::string& letters);
@@ -58,6 +61,7 @@ Rows installedRows();
 Rows engineRows();
 Rows engineRunRows();
 Rows engineProfileRows();
+Rows madeRows();
 
 extern const char kRecordedHashes[];  // the table's file
 

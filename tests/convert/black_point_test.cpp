@@ -35,6 +35,8 @@ struct ShadowCase {
     double (*out)(double L);  // the round trip
     double expected;
     const char* origin;
+
+    friend void PrintTo(const ShadowCase& shadow, std::ostream* out) { *out << shadow.name; }
 };
 
 /// An RGB printer of that round trip; the darker end of its space has a chroma.

@@ -27,6 +27,10 @@ constexpr int kSteps = 1000;
 struct Parameters {
     uint32_t type;
     std::vector<double> p;
+
+    friend void PrintTo(const Parameters& parameters, std::ostream* out) {
+        *out << parameters.type << ": " << testing::PrintToString(parameters.p);
+    }
 };
 
 class ParametricCurve : public testing::TestWithParam<Parameters> {};

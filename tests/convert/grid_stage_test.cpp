@@ -8,6 +8,14 @@
 
 #include "tests/support/seeded_random.h"
 
+namespace lumoxa::engine {
+
+static void PrintTo(Interpolation interpolation, std::ostream* out) {
+    *out << (interpolation == Interpolation::kSimplex ? "simplices" : "corners");
+}
+
+}  // namespace lumoxa::engine
+
 namespace lumoxa_test {
 namespace {
 

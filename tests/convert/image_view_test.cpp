@@ -36,6 +36,8 @@ struct Refusal {
     int code;
     const char* part;  // of the sentence
     std::function<void(Pair&)> change;
+
+    friend void PrintTo(const Refusal& refusal, std::ostream* out) { *out << refusal.name; }
 };
 
 const Refusal kRefusals[] = {

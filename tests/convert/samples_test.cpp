@@ -11,6 +11,7 @@
 #include "convert/octave_table.h"
 #include "convert/sample_codec.h"
 #include "profile/signatures.h"
+#include "tests/support/sample_types.h"
 
 namespace lumoxa_test {
 namespace {

@@ -103,6 +103,8 @@ struct Encoding {
     Bytes tag;
     uint32_t space;
     Colour zero, one;  // what the numbers 0 and 1 mean
+
+    friend void PrintTo(const Encoding& encoding, std::ostream* out) { *out << encoding.name; }
 };
 
 class ConnectionSpaceOf : public testing::TestWithParam<Encoding> {};

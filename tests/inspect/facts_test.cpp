@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // What a report says of profiles: synthetic ones, installed ones, and bytes that are none.
-#include <chrono>
-
 #include <gtest/gtest.h>
 
 #include "inspect/inspect.h"
@@ -179,6 +177,8 @@ TEST(Inspect, BentAndCutBytesMakeReports) {
     }
 }
 
+// Were each tag compared with all others, or read to its end for each, the test would run for
+// hours.
 TEST(Inspect, HundredThousandTagsTakeNeitherLongNorManyLines) {
     constexpr uint32_t kTags = 100000, kTableAt = 132, kRow = 12, kData = 1 << 20;
     Bytes image = version4();
@@ -190,9 +190,16 @@ TEST(Inspect, HundredThousandTagsTakeNeitherLongNorManyLines) {
         put32(image, at + 4, kTableAt + kTags * kRow + i % 1000);
         put32(image, at + 8, kData - 1000);
     }
-    const auto before = std::chrono::steady_clock::now();
     const std::string report = reportOf(image);
-    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(20));
+    const auto count = [&](const std::string& part) {
+        int found = 0;
+        for (size_t at = report.find(part); at != std::string::npos; at = report.find(part, at + 1))
+            ++found;
+        return found;
+    };
+    EXPECT_EQ(count("\"signature\": "), 1000);
+    EXPECT_EQ(count("\"tagsNotListed\": 99000"), 1);
+    EXPECT_EQ(count("\"rule\": "), 100);
     EXPECT_LT(report.size(), size_t{1} << 18);
 }
 

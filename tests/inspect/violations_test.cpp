@@ -38,6 +38,8 @@ struct Breakage {
     const char* rule;
     const char* clause;
     bool alone = true;  // the only rule that the image breaks
+
+    friend void PrintTo(const Breakage& breakage, std::ostream* out) { *out << breakage.name; }
 };
 
 std::vector<Breakage> brokenHeadersAndTables() {

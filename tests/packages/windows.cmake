@@ -33,6 +33,9 @@ set(options -DCMAKE_TOOLCHAIN_FILE=${source}/cmake/mingw-w64-x86-64.cmake
   -DCMAKE_CROSSCOMPILING_EMULATOR=wine)
 consume(${prefix} ${version} ${WORK}/windows/consumer ${options})
 
+# The tool, from its folder alone.
+run(wine ${prefix}/bin/lumoxa.exe info sRGB)
+
 # Linked again by the list alone, as other toolchains have to.
 run(x86_64-w64-mingw32-dlltool --input-def ${prefix}/lib/lumoxa.def
   --output-lib ${prefix}/lib/liblumoxa.dll.a)

@@ -174,6 +174,8 @@ struct Ends {
     const char* name;
     std::vector<std::string> sources, targets;
     double slack = 1;  // how much worse than the peer's a table may be that is beyond the limits
+
+    friend void PrintTo(const Ends& ends, std::ostream* out) { *out << ends.name; }
 };
 
 class EngineTables : public testing::TestWithParam<Ends> {};

@@ -108,12 +108,6 @@ TEST_P(EngineExact, AgreesWithThePeerButForWhatIsExplained) {
     EXPECT_GT(tight, 50);
 }
 
-std::string wayName(const testing::TestParamInfo<Way>& info) {
-    static constexpr const char* kNames[] = {"Perceptual", "Relative", "Saturation", "Absolute"};
-    return std::string(kNames[static_cast<size_t>(info.param.intent)]) +
-           (info.param.compensate ? "Compensated" : "");
-}
-
 INSTANTIATE_TEST_SUITE_P(Intents, EngineExact,
                          testing::Values(Way{Intent::Perceptual, false},
                                          Way{Intent::Relative, false},
@@ -121,7 +115,7 @@ INSTANTIATE_TEST_SUITE_P(Intents, EngineExact,
                                          Way{Intent::Absolute, false},
                                          Way{Intent::Perceptual, true}, Way{Intent::Relative, true},
                                          Way{Intent::Saturation, true}),
-                         wayName);
+                         testing::PrintToStringParamName());
 
 // --- a dark photograph --------------------------------------------------------------------------
 

@@ -60,6 +60,12 @@ struct Way {
         options.exact = exact;
         return options;
     }
+
+    friend void PrintTo(const Way& way, std::ostream* out) {
+        static constexpr const char* kNames[] = {"Perceptual", "Relative", "Saturation",
+                                                 "Absolute"};
+        *out << kNames[static_cast<size_t>(way.intent)] << (way.compensate ? "Compensated" : "");
+    }
 };
 
 /// Pixels of one type through one of our conversions.

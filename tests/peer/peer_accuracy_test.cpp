@@ -33,6 +33,8 @@ struct Case {
     const char* target;
     Levels levels;
     double mean = 0.5, largest = 3;  // limits
+
+    friend void PrintTo(const Case& test, std::ostream* out) { *out << test.name; }
 };
 
 using PeerProfile = std::unique_ptr<void, Release<cmsCloseProfile>>;

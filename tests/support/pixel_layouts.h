@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "convert/image_view.h"
+#include "tests/support/sample_types.h"
 #include "tests/support/seeded_random.h"
 
 namespace lumoxa_test {
@@ -35,6 +36,10 @@ inline const char* const kPixelLayoutNames[] = {
     "Interleaved",      "Planar",  "LineInterleaved", "BottomUp",   "Mirrored",
     "ReversedChannels", "Cropped", "OddRows",         "OddAddress", "WidePixels",
 };
+
+inline void PrintTo(PixelLayout layout, std::ostream* out) {
+    *out << kPixelLayoutNames[static_cast<int>(layout)];
+}
 
 struct PictureSize {
     int64_t width, height;

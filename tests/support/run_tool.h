@@ -3,32 +3,25 @@
 // Runs the command-line tool as a user or a script does, in a folder of its own.
 #pragma once
 
-#include <csignal>
-#include <cstdlib>
+#include <algorithm>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
-#include <vips/vips.h>
 
 #include "tests/support/real_profiles.h"
+#include "tests/support/tool_process.h"
 #include "tests/support/xforms.h"
 
 namespace lumoxa_test {
 
-inline constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
-
 /// What a run of the tool came to.
-struct Result {
-    int exitCode = -1, signal = 0;
-    long peakKilobytes = 0;
+struct Result : ProcessEnd {
     std::string out, err;
 };
 
@@ -68,24 +61,14 @@ inline Tags tagsOf(const Bytes& profile) {
     return tags;
 }
 
-struct Picture {
-    int bands = 0;
-    VipsBandFormat format = VIPS_FORMAT_NOTSET;
-    VipsInterpretation meaning = VIPS_INTERPRETATION_ERROR;
-    bool hasProfile = false;
-    std::vector<double> samples;
-};
-
 /// A test with a folder, in which the tool runs and which its file names are relative to.
 class ToolRun : public testing::Test {
   protected:
     void SetUp() override {
-        ASSERT_EQ(VIPS_INIT("lumoxa_tool_tests"), 0);
-        vips_cache_set_max(0);  // files change under their names
-        std::string pattern =
-            (std::filesystem::temp_directory_path() / "lumoxa-tool-XXXXXX").string();
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        folder_ = pattern;
+        // Test processes run side by side, so the name is random.
+        folder_ = std::filesystem::temp_directory_path() /
+                  ("lumoxa-tool-" + std::to_string(std::random_device{}()));
+        ASSERT_TRUE(std::filesystem::create_directory(folder_));
     }
     void TearDown() override { std::filesystem::remove_all(folder_); }
 
@@ -117,76 +100,18 @@ class ToolRun : public testing::Test {
         return count;
     }
 
-    // A ramp from left to right, each band ahead of the one before; the last of 2 or 4 is alpha.
-    void saveImage(const std::string& name, int bands, bool sixteenBits = false, int width = 256,
-                   int height = 1, double ahead = 10) const {
-        const size_t count = static_cast<size_t>(bands);
-        std::vector<double> gain(count, sixteenBits ? 200 : 1), offset(count);
-        for (size_t band = 0; band < count; ++band)
-            offset[band] = ahead * static_cast<double>(band);
-        const auto meaning = bands < 3     ? VIPS_INTERPRETATION_B_W
-                             : sixteenBits ? VIPS_INTERPRETATION_RGB16
-                                           : VIPS_INTERPRETATION_sRGB;
-        VipsImage *steps[5] = {}, **at = steps;
-        ASSERT_EQ(vips_xyz(at, width, height, nullptr), 0);
-        ASSERT_EQ(vips_extract_band(at[0], at + 1, 0, nullptr), 0);
-        ASSERT_EQ(vips_linear(at[1], at + 2, gain.data(), offset.data(), bands, nullptr), 0);
-        ASSERT_EQ(
-            vips_cast(at[2], at + 3, sixteenBits ? VIPS_FORMAT_USHORT : VIPS_FORMAT_UCHAR, nullptr),
-            0);
-        ASSERT_EQ(vips_copy(at[3], at + 4, "interpretation", meaning, nullptr), 0);
-        EXPECT_EQ(vips_image_write_to_file(at[4], path(name).c_str(), nullptr), 0);
-        for (VipsImage* step : steps)
-            g_object_unref(step);
-    }
-    Picture picture(const std::string& name) const {
-        VipsImage *file = vips_image_new_from_file(path(name).c_str(), nullptr), *cast = nullptr;
-        size_t size = 0;
-        if (file == nullptr || vips_cast(file, &cast, VIPS_FORMAT_DOUBLE, nullptr) != 0) return {};
-        auto* const data = static_cast<double*>(vips_image_write_to_memory(cast, &size));
-        const Picture result = {vips_image_get_bands(file), vips_image_get_format(file),
-                                vips_image_get_interpretation(file),
-                                vips_image_get_typeof(file, VIPS_META_ICC_NAME) != 0,
-                                std::vector<double>(data, data + size / sizeof(double))};
-        g_free(data);
-        g_object_unref(cast);
-        g_object_unref(file);
-        return result;
-    }
-
     // The words of a command are separated by single blanks.
-    pid_t start(const std::string& command, const std::string& input = "") const {
+    Process start(const std::string& command, const std::string& input = "") const {
         save("stdin", input);
         std::vector<std::string> words = {LUMOXA_TOOL_PATH};
         std::istringstream in(command);
         for (std::string word; std::getline(in, word, ' ');)
             words.push_back(word);
-        std::vector<char*> argv;
-        for (std::string& word : words)
-            argv.push_back(word.data());
-        argv.push_back(nullptr);
-        const pid_t child = fork();
-        if (child != 0) return child;
-        if (chdir(folder_.c_str()) != 0) _exit(126);
-        dup2(open("stdin", O_RDONLY), 0);
-        dup2(open("stdout", O_WRONLY | O_CREAT | O_TRUNC, 0600), 1);
-        dup2(open("stderr", O_WRONLY | O_CREAT | O_TRUNC, 0600), 2);
-        for (const int number : kSignals)
-            std::signal(number, SIG_DFL);  // nohup ./dev test
-        const rlimit limit = {largestFile_, largestFile_};
-        if (largestFile_ != 0) setrlimit(RLIMIT_FSIZE, &limit);
-        std::signal(SIGXFSZ, SIG_IGN);
-        execv(argv[0], argv.data());
-        _exit(127);
+        return lumoxa_test::start(words, folder_, largestFile_);
     }
-    Result finish(pid_t child) const {
-        int status = 0;
-        rusage usage = {};
-        wait4(child, &status, 0, &usage);
+    Result finish(Process process) const {
         Result result;
-        if (WIFEXITED(status)) result.exitCode = WEXITSTATUS(status);
-        if (WIFSIGNALED(status)) result.signal = WTERMSIG(status);
-        result.peakKilobytes = usage.ru_maxrss;
+        static_cast<ProcessEnd&>(result) = waitFor(process);
         result.out = text("stdout");
         result.err = text("stderr");
         return result;
@@ -218,7 +143,7 @@ class ToolRun : public testing::Test {
     }
 
     std::filesystem::path folder_;
-    rlim_t largestFile_ = 0;  // where a file ends as on a disk that is full there
+    uint64_t largestFile_ = 0;  // as start() takes it
 };
 
 }  // namespace lumoxa_test

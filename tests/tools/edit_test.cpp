@@ -44,10 +44,12 @@ TEST_F(ToolEdit, ChangesNothingButWhatIsAsked) {
 TEST_F(ToolEdit, ReplacesItsInputWhenWholeAndNotBefore) {
     const Bytes before = realProfile("ghostscript/default_cmyk.icc");
     save("in.icc", before);
+#if !defined(_WIN32)  // which sets no limit to files
     largestFile_ = 4096;
     expectComplaints({{"edit in.icc -o in.icc --remove-tag A2B0", 1, "can't be written whole"}});
     EXPECT_EQ(bytes("in.icc"), before);
     largestFile_ = 0;
+#endif
     done("edit in.icc -o in.icc --remove-tag A2B0");
     EXPECT_EQ(tagsOf(bytes("in.icc")).size() + 1, tagsOf(before).size());
     EXPECT_TRUE(tag("A2B0", "in.icc").empty());
@@ -67,8 +69,10 @@ TEST_F(ToolEdit, TextsTakeTheFormOfTheVersion) {
     const Bytes utf16 = {0, 0xDF, 0x20, 0xAC, 0xD8, 0x34, 0xDD, 0x1E}, made = tag("desc");
     EXPECT_EQ(letters(made, 0) + letters(made, 16), "mlucenUS");
     EXPECT_EQ(Bytes(made.begin() + 28, made.end()), utf16);
+#if !defined(_WIN32)  // where arguments are UTF-16
     for (const char* broken : {"\xC0\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xE2\x82", "\xFF"})
         EXPECT_EQ(run(std::string("edit v4.icc -o out.icc --copyright ") + broken).exitCode, 2);
+#endif
 }
 
 TEST_F(ToolEdit, WhiteAndCurvesGetTheirExactBytes) {

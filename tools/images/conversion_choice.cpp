@@ -32,7 +32,9 @@ void requireFit(const std::string& input, const SourceImage& source, const Named
 void requirePrintFile(const ConvertArguments& arguments, const SourceImage& source) {
     constexpr size_t kSpaceAt = 16;  // in a header
     if (!source.profile || source.profile->size() < kSpaceAt + 4) return;
-    const uint32_t space = bigEndian32(source.profile->data() + kSpaceAt);
+    uint32_t space = 0;
+    for (size_t i = kSpaceAt; i < kSpaceAt + 4; ++i)
+        space = space << 8 | (*source.profile)[i];
     if (space == kGray) return;
     throw InputError(arguments.input + ": has an embedded profile of " + spaceText(space) +
                          ", so its channels are not those of " + arguments.from,

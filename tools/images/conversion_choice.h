@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "tools/convert_arguments.h"
+#include "tools/image_commands.h"
 #include "tools/images/source_image.h"
 
 namespace lumoxa_tool {

@@ -1,17 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tools/images/convert_command.h"
+//
+// The module with all that needs libvips. Loading libvips with its hundred libraries takes longer
+// than converting a colour, so only `convert` does it.
 
 #include <chrono>
-#include <iomanip>
+#include <cstdio>
 #include <iostream>
-#include <sstream>
+
+#include <unistd.h>
 
 #include "tools/conversion_report.h"
+#include "tools/files.h"
+#include "tools/image_commands.h"
 #include "tools/images/conversion_choice.h"
 #include "tools/images/pixel_conversion.h"
-#include "tools/images/progress_bar.h"
 #include "tools/interrupt.h"
-#include "tools/output_file.h"
 #include "tools/output_format.h"
 #include "tools/signatures.h"
 #include "tools/tool_error.h"
@@ -114,21 +117,61 @@ void describePixels(VipsImage* image, const NamedProfile* to) {
     }
 }
 
+constexpr int kBarWidth = 40;
+
+void stopWhenInterrupted(VipsImage* image, VipsProgress*, void*) {
+    if (interrupted()) vips_image_set_kill(image, TRUE);
+}
+
+void drawBar(VipsImage* image, VipsProgress* progress, void*) {
+    // Called for every strip: draw again only what has changed.
+    constexpr const char* kShown = "lumoxa-percent-shown";
+    const gpointer shown = GINT_TO_POINTER(progress->percent + 1);
+    if (g_object_get_data(G_OBJECT(image), kShown) == shown) return;
+    g_object_set_data(G_OBJECT(image), kShown, shown);
+    const auto filled = static_cast<size_t>(progress->percent * kBarWidth / 100);
+    const std::string bar = std::string(filled, '=') + std::string(kBarWidth - filled, ' ');
+    std::fprintf(stderr, "\r[%s] %3d %%, %d s left ", bar.c_str(), progress->percent,
+                 progress->eta);
+    std::fflush(stderr);
+}
+
+void clearBar(VipsImage*, VipsProgress*, void*) {
+    std::fprintf(stderr, "\r%*s\r", kBarWidth + 30, "");
+    std::fflush(stderr);
+}
+
+void connect(VipsImage* image, const char* signal,
+             void (*callback)(VipsImage*, VipsProgress*, void*)) {
+    g_signal_connect(image, signal, reinterpret_cast<GCallback>(callback), nullptr);
+}
+
+// Follows `image` while it is written: draws a bar on the standard error stream when that is a
+// terminal and `quiet` is not set, and stops the writing once a signal has come.
+void followProgress(VipsImage* image, bool quiet) {
+    vips_image_set_progress(image, TRUE);
+    connect(image, "eval", stopWhenInterrupted);
+    if (quiet || isatty(STDERR_FILENO) == 0) return;
+    connect(image, "preeval", drawBar);
+    connect(image, "eval", drawBar);
+    connect(image, "posteval", clearBar);
+}
+
 void convertFile(const ConvertArguments& arguments, const FileName& name,
                  const OutputFormat& format, SourceImage source, const PixelPlan& plan,
                  const Target& target) {
-    OutputFile file(name.path);
+    OutputFile file(pathOf(name.path));
     ImageHandle image = convertPixels(
         source.image.get(), plan,
         interpretationOf(target.space, plan.conversion->outputChannels(), plan.targetSixteenBits));
     if (!image) throw InputError(arguments.input + ": " + takeVipsError());
     describePixels(image.get(), target.embedded());
     followProgress(image.get(), arguments.quiet);
-    const int code = writeImage(image.get(), file.temporaryName(), name, format);
+    const int code = writeImage(image.get(), file.temporary().string(), name, format);
     throwIfInterrupted();
     if (code != 0) {
         throw InputError(arguments.input + ": can't be converted into " + name.path + " (" +
-                         writeError(file.temporaryName(), name.path) +
+                         writeError(file.temporary().string(), name.path) +
                          "); check the image and the room on the disk");
     }
     image.reset();
@@ -144,10 +187,8 @@ std::string sizeText(const PixelPlan& plan, int width, int height) {
 }
 
 std::string timeText(double megapixels, double seconds) {
-    std::ostringstream text;
-    text << std::fixed << std::setprecision(2) << seconds << " s, " << std::setprecision(1)
-         << megapixels / seconds << " megapixels per second";
-    return text.str();
+    return rounded(seconds, 2) + " s, " + rounded(megapixels / seconds, 1) +
+           " megapixels per second";
 }
 
 void printReport(const ConvertArguments& arguments, const FileName& name, const Chosen& chosen,
@@ -187,8 +228,6 @@ void printNotices(const ConvertArguments& arguments, const SourceImage& source,
     }
 }
 
-}  // namespace
-
 void runConvert(const ConvertArguments& arguments) {
     const FileName name = splitName(arguments.output);
     const OutputFormat& format = outputFormat(name.path);
@@ -213,6 +252,28 @@ void runConvert(const ConvertArguments& arguments) {
     convertFile(arguments, name, format, std::move(source), plan, target);
     if (arguments.quiet) return;
     printReport(arguments, name, chosen, plan, width, height, secondsSince(start));
+}
+
+void ignoreLog(const char*, GLogLevelFlags, const char*, void*) {}
+
+// Codecs warn of trifles in several lines; what matters comes back as an error.
+void startVips() {
+    if (VIPS_INIT("lumoxa") != 0)
+        throw InputError("libvips does not start: " + std::string(vips_error_buffer()));
+    g_log_set_handler("VIPS", static_cast<GLogLevelFlags>(G_LOG_LEVEL_MASK), ignoreLog, nullptr);
+    vips_cache_set_max(0);  // one image, one pass: nothing comes again
+}
+
+}  // namespace
+
+int lumoxaConvertImage(const ConvertArguments* arguments) {
+    const int code = exitCodeOf([=] {
+        startVips();
+        runConvert(*arguments);
+        return kSuccess;
+    });
+    vips_shutdown();
+    return code;
 }
 
 }  // namespace lumoxa_tool

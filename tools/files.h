@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// An output file that appears whole or not at all.
+// Files: their names, reading one whole, and one that appears whole or not at all.
 #pragma once
 
 #include <cstdint>
@@ -9,6 +9,16 @@
 #include <vector>
 
 namespace lumoxa_tool {
+
+/// The path of a name in UTF-8, as texts of the tool are: on Windows std::filesystem would widen
+/// its bytes one by one. MinGW's path::string() gives UTF-8 back.
+inline std::filesystem::path pathOf(const std::string& name) {
+    return std::u8string(name.begin(), name.end());
+}
+
+/// @param kind  what the file is taken for, as in "profile"
+/// @throws InputError when it can't be read or is too large to be that
+std::vector<uint8_t> readFile(const std::string& path, const std::string& kind);
 
 /// A temporary file beside the target, removed again unless commit() is reached. The name ends in
 /// the target's suffix, by which the saver is chosen. An existing target stays as it is until then,
@@ -23,7 +33,7 @@ class OutputFile {
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
 
-    std::string temporaryName() const { return temporary_.string(); }
+    const std::filesystem::path& temporary() const { return temporary_; }
 
     /// Puts the finished file, once it is on the disk, in the target's place. @throws InputError
     void commit();

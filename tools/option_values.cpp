@@ -1,13 +1,23 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tools/number_list.h"
+#include "tools/option_values.h"
 
 #include <cmath>
 #include <locale>
 #include <sstream>
 
-#include "tools/tool_error.h"
+#include <CLI/CLI.hpp>
 
 namespace lumoxa_tool {
+
+void addProfileOptions(CLI::App& command, NewProfile& profile, const std::string& description) {
+    command.add_option("-o,--output", profile.output, "Profile to write")
+        ->required()
+        ->option_text("OUT");
+    command.add_option("--description", profile.description, description)->option_text("TEXT");
+    command.add_option("--copyright", profile.copyright, "Copyright; free unless given")
+        ->option_text("TEXT");
+    command.add_flag("-q,--quiet", profile.quiet, "No report, no notes; warnings stay");
+}
 
 std::optional<double> parseNumber(const std::string& text) {
     std::istringstream stream(text);

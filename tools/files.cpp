@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tools/output_file.h"
+#include "tools/files.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -22,6 +22,7 @@ namespace lumoxa_tool {
 namespace {
 
 namespace fs = std::filesystem;
+using Stream = std::unique_ptr<FILE, int (*)(FILE*)>;
 
 // A name that nobody else uses: two runs may write to one folder at once.
 std::string uniqueStem() {
@@ -58,12 +59,12 @@ bool writeProtected(const fs::path& path, fs::perms permissions) {
 // Waits until the file's bytes are on the disk. Without it, a crash soon after the rename could
 // leave an empty file where the old one was; and some disks say only now that they are full.
 bool syncToDisk(const fs::path& path) {
-    const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(path.string().c_str(), "r+b"),
-                                                     &std::fclose);
-    if (!file) return false;
 #if defined(_WIN32)
-    return _commit(_fileno(file.get())) == 0;
+    const Stream file(_wfopen(path.c_str(), L"r+b"), &std::fclose);
+    return file && _commit(_fileno(file.get())) == 0;
 #else
+    const Stream file(std::fopen(path.c_str(), "r+b"), &std::fclose);
+    if (!file) return false;
     // EINVAL: a file system that has no such notion
     return fsync(fileno(file.get())) == 0 || errno == EINVAL;
 #endif
@@ -75,7 +76,31 @@ bool syncToDisk(const fs::path& path) {
                      "check the disk and the room on it");
 }
 
+// Sizes in a profile are 32-bit; real ones end at some ten megabytes. The limit keeps a device file
+// or a disc image given by mistake from filling the memory.
+constexpr size_t kMaxBytes = size_t{512} << 20;
+
 }  // namespace
+
+std::vector<uint8_t> readFile(const std::string& path, const std::string& kind) {
+    if (std::error_code ignored; std::filesystem::is_directory(pathOf(path), ignored)) {
+        throw InputError(path + ": is a directory; give a " + kind + " file");
+    }
+    std::ifstream file(pathOf(path), std::ios::binary);
+    if (!file) {
+        throw InputError(path + ": " + kind +
+                         " can't be opened; check the path and its permissions");
+    }
+    std::vector<uint8_t> bytes;
+    char block[1 << 16];
+    while (file.read(block, sizeof block), file.gcount() > 0) {
+        bytes.insert(bytes.end(), block, block + file.gcount());
+        if (bytes.size() > kMaxBytes) {
+            throw InputError(path + ": is over 512 MiB", "give a " + kind + " file");
+        }
+    }
+    return bytes;
+}
 
 OutputFile::OutputFile(const fs::path& target) : target_(followLinks(target)) {
     std::error_code error;
@@ -124,13 +149,13 @@ void OutputFile::commit() {
 void writeFile(const std::string& path, const std::vector<uint8_t>& bytes) {
     if (path.empty()) throw UsageError("-o: needs the name of a file");
     watchForInterrupt();
-    OutputFile file(path);
-    std::ofstream out(file.temporaryName(), std::ios::binary);
+    OutputFile file(pathOf(path));
+    std::ofstream out(file.temporary(), std::ios::binary);
     out.write(reinterpret_cast<const char*>(bytes.data()),
               static_cast<std::streamsize>(bytes.size()));
     out.close();
     throwIfInterrupted();
-    if (!out) refuseDisk(path);
+    if (!out) refuseDisk(pathOf(path));
     file.commit();
 }
 

@@ -1,22 +1,55 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// The tool as a user or a script meets it: a program with arguments, streams and an exit code.
-#include <chrono>
+// `lumoxa convert`: what becomes of pictures, by profiles, by links and for gray devices.
 #include <cmath>
+#include <csignal>
 #include <numeric>
-#include <thread>
+#include <string_view>
 
-#include "tests/support/run_tool.h"
+#include <poll.h>
+#include <sys/inotify.h>
+#include <unistd.h>
+
+#include "tests/support/gray_profiles.h"
+#include "tests/support/pictures.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace lumoxa_test;
 
-class Tool : public ToolRun {
+/// The first file of that tool that appears in a folder unfinished, from the construction on.
+class CreatedFile {
+  public:
+    explicit CreatedFile(const fs::path& folder) : events_(inotify_init1(IN_CLOEXEC)) {
+        EXPECT_GE(inotify_add_watch(events_, folder.c_str(), IN_CREATE), 0);
+    }
+    ~CreatedFile() { close(events_); }
+    CreatedFile(const CreatedFile&) = delete;
+    CreatedFile& operator=(const CreatedFile&) = delete;
+
+    /// Waits for it; false where none comes.
+    bool awaited() const {
+        constexpr int kLongestWait = 60000;  // ms
+        pollfd waiting = {events_, POLLIN, 0};
+        alignas(inotify_event) char events[4096];
+        while (poll(&waiting, 1, kLongestWait) == 1) {
+            const ssize_t size = read(events_, events, sizeof events);
+            if (size <= 0) return false;
+            const std::string_view names(events, static_cast<size_t>(size));
+            if (names.find(".lumoxa") != std::string_view::npos) return true;
+        }
+        return false;
+    }
+
+  private:
+    int events_;
+};
+
+class Convert : public PictureRun {
   protected:
     void SetUp() override {
-        ToolRun::SetUp();
+        PictureRun::SetUp();
         // Every ink but black is the complement of a Lab channel: not a press, but exact and tiny.
         LutContent fromPress, toPress;
         fromPress.inputs = toPress.outputs = 4;
@@ -26,41 +59,7 @@ class Tool : public ToolRun {
     }
 };
 
-TEST_F(Tool, ValuesLoseNothingFromProfileToItself) {
-    EXPECT_EQ(run("values --from sRGB --to sRGB 255,128,0 0,0,0").out, "255,128,0\n0,0,0\n");
-    EXPECT_EQ(run("values --from sRGB --to sRGB -16", "65535,65535,65535\n\n 0, 0, 0 \r\n").out,
-              "65535,65535,65535\n0,0,0\n");
-}
-
-// What is between the curves of these profiles is not linear; some colours lie outside the gamut.
-TEST_F(Tool, ValuesSurviveGamutCutsLabAndWhitesBetweenCurves) {
-    save("wide.icc", realProfile("colord/AdobeRGB1998.icc"));
-    save("lab.icc", realProfile("ghostscript/lab.icc"));
-    save("gray.icc", realProfile("icc/Gray-CIE_L.icc"));
-    save("bent.icc", rgbProfile({parametricTag(2, {1, 0.98, 0, 0.02})}, "mntr").image());
-    const Bytes halfWhite = xyzTag(0.9642 / 2, 0.5, 0.8249 / 2);
-    for (const std::string deviceClass : {"scnr", "mntr"}) {
-        const ProfileBytes dim = rgbProfile({curveTag({563})}, deviceClass.c_str());
-        save(deviceClass + ".icc", ProfileBytes(dim).addTag("wtpt", halfWhite).image());
-    }
-    const std::pair<const char*, const char*> cases[] = {
-        {"--from sRGB --to gray.icc --intent relative 128,128,128", "137\n"},
-        {"--from gray.icc --to sRGB --intent relative 200 255", "194,194,194\n255,255,255\n"},
-        {"--from sRGB --to lab.icc --intent relative 128,128,128", "137,128,128\n"},
-        {"--from wide.icc --to sRGB 60,90,140", "36,90,143\n"},
-        {"--from wide.icc --to sRGB --intent absolute 100,180,90", "0,181,83\n"},
-        {"--from scnr.icc --to sRGB --intent absolute 255,255,255", "188,188,188\n"},
-        // Version 2 displays have D50 for their white, whatever their tag says.
-        {"--from mntr.icc --to sRGB --intent absolute 255,255,255", "255,255,255\n"},
-        // Its black is 2 % of its white, and becomes that of sRGB where it is compensated.
-        {"--from bent.icc --to sRGB --no-bpc 0,255,255", "39,255,255\n"},
-        {"--from bent.icc --to sRGB 0,255,255", "0,255,255\n"},
-        {"--from sRGB --to Lab 255,255,255 0,0,0", "255,128,128\n0,128,128\n"}};
-    for (const auto& [options, expected] : cases)
-        EXPECT_EQ(run(std::string("values ") + options).out, expected) << options;
-}
-
-TEST_F(Tool, KeepsLinksAndPermissions) {
+TEST_F(Convert, KeepsLinksAndPermissions) {
     saveImage("in.tif", 3);
     save("old", "old");
     fs::permissions(path("old"), fs::perms(0640));
@@ -73,11 +72,7 @@ TEST_F(Tool, KeepsLinksAndPermissions) {
     EXPECT_EQ(fs::status(path("old")).permissions(), fs::perms(0640));
 }
 
-TEST_F(Tool, FaultsAndNotesGetOneLineAndTheirExitCode) {
-    Bytes noGrid = lut16Tag({});
-    noGrid[10] = 1;
-    save("bad-lut.icc", ProfileBytes("prtr", "RGB ", "Lab ").addTag("B2A0", noGrid).image());
-    save("no-tags.icc", ProfileBytes().addTag("cprt", xyzTag(1, 1, 1)).image());
+TEST_F(Convert, FaultsAndNotesGetOneLineAndTheirExitCode) {
     const Bytes whole = smallRgbProfile();
     save("cut.icc", Bytes(whole.begin(), whole.end() - 10));
     saveImage("half.png", 3, false, 900, 900);
@@ -89,16 +84,8 @@ TEST_F(Tool, FaultsAndNotesGetOneLineAndTheirExitCode) {
     save("protected.tif", "");
     fs::permissions(path("protected.tif"), fs::perms::owner_read);
     fs::create_symlink("loop.tif", path("loop.tif"));
-    expectComplaints({{"bogus", 2, "'bogus'"},
-                      {"convert rgb.png", 2, "OUT"},
-                      {"convert rgb.png o.tif --to sRGB --depth x", 2, "{8,16}"},
+    expectComplaints({{"convert rgb.png o.tif --to sRGB --depth x", 2, "{8,16}"},
                       {"convert rgb.png o.tif[strip] --to sRGB", 2, "'strip'"},
-                      {"values --from sRGB --to sRGB 1,2,256", 2, "0..255"},
-                      {"values --from sRGB --to sRGB --intent best 1,2,3", 2, "relative"},
-                      {"values --from sRGB --to nowhere.icc 1,2,3", 1, "nowhere.icc"},
-                      {"values --from sRGB --to bad-lut.icc 1,2,3", 1, "'B2A0'"},
-                      {"values --from no-tags.icc --to sRGB 1,2,3", 1, "nor colorants"},
-                      {"info cut.icc", 1, "ends at byte"},
                       {"convert half.png o.tif --to sRGB", 1, "half.png"},
                       {"convert gray.png o.tif --to sRGB", 1, "--from"},
                       {"convert rgb.png o.tif --to sRGB --from press.icc", 1, "4 CMYK"},
@@ -116,7 +103,7 @@ TEST_F(Tool, FaultsAndNotesGetOneLineAndTheirExitCode) {
                       {"convert pages.tif[n=-1] o.tif --to sRGB", 0, ""}});
 }
 
-TEST_F(Tool, KeepsPixelsAlphaAndProfileOnTheWayToTheSameSpace) {
+TEST_F(Convert, KeepsPixelsAlphaAndProfileOnTheWayToTheSameSpace) {
     const struct {
         const char* out;  // the input's name: it is replaced
         int bands, bits;
@@ -143,7 +130,7 @@ TEST_F(Tool, KeepsPixelsAlphaAndProfileOnTheWayToTheSameSpace) {
 
 // Tables stand between the pixels of an image and their answers, and none between single values:
 // two steps of an ink are within what the report of this conversion calls its largest error.
-TEST_F(Tool, ConvertAndValuesAgree) {
+TEST_F(Convert, ConvertAndValuesAgree) {
     save("cmyk.icc", realProfile("ghostscript/default_cmyk.icc"));
     saveImage("in.tif", 3);
     const Picture source = picture("in.tif");
@@ -162,7 +149,7 @@ TEST_F(Tool, ConvertAndValuesAgree) {
     }
 }
 
-TEST_F(Tool, ExtraChannelsAreKeptOrDroppedWhole) {
+TEST_F(Convert, ExtraChannelsAreKeptOrDroppedWhole) {
     saveImage("two.tif", 5);  // RGB and two more
     done("convert two.tif two-more.tif --to press.icc -q");
     done("convert two.tif none.png --to sRGB -q");
@@ -175,7 +162,7 @@ TEST_F(Tool, ExtraChannelsAreKeptOrDroppedWhole) {
     }
 }
 
-TEST_F(Tool, CmykJpegIsNotInverted) {
+TEST_F(Convert, CmykJpegIsNotInverted) {
     saveImage("in.png", 3, false, 256, 48);
     double means[2] = {};
     for (const std::string name : {"a.tif", "b.jpg"}) {
@@ -189,20 +176,90 @@ TEST_F(Tool, CmykJpegIsNotInverted) {
     done("convert b.jpg c.png --to sRGB");  // by the profile embedded
 }
 
-TEST_F(Tool, LargeImagesDoNotFillTheMemory) {
+TEST_F(Convert, PrintFileHoldsThreeChannelsAndLeadsBack) {
+    save("gray.icc", grayProfile().image());
+    saveImage("in.png", 3, false, 256, 1, 0);
+    for (const std::string depth : {"16", "8"}) {
+        done("convert in.png print.tif --to gray.icc --depth " + depth);
+        const Picture print = picture("print.tif");
+        EXPECT_FALSE(print.hasProfile);
+        const std::vector<double> black(print.samples.begin(), print.samples.begin() + 3);
+        EXPECT_EQ(black, (std::vector<double>{depth == "8" ? 255.0 : 65535.0, 0, 0}));
+        done("convert print.tif back.png --from gray.icc --to sRGB --depth 8");
+        const Picture back = picture("back.png");
+        EXPECT_TRUE(back.hasProfile);
+        for (size_t value = 80; value < 256; value += 25)
+            EXPECT_NEAR(back.samples.at(3 * value + 1), double(value), 1.5) << depth;
+    }
+    save("cmyk.icc", realProfile("ghostscript/default_cmyk.icc"));
+    done("convert in.png cmyk.tif --to cmyk.icc");
+    done("convert cmyk.tif out.tif --to gray.icc");
+}
+
+TEST_F(Convert, LinkConvertsPixelsAsTheChainDoes) {
+    save("wide.icc", realProfile("colord/AdobeRGB1998.icc"));
+    save("cmyk.icc", realProfile("ghostscript/default_cmyk.icc"));
+    saveImage("rgb.tif[profile=" + path("wide.icc") + "]", 3, false, 256, 40, 70);
+    done("convert rgb.tif cmyk.tif --to cmyk.icc");
+    const struct {
+        std::string image, from, options;
+    } routes[] = {{"rgb.tif", "wide.icc", ""},
+                  {"rgb.tif", "wide.icc", " --intent absolute"},
+                  {"rgb.tif", "wide.icc", " --no-bpc"},
+                  {"cmyk.tif", "cmyk.icc", " --intent perceptual"}};
+    for (const auto& r : routes) {
+        done("link " + r.from + " cmyk.icc -o link.icc" + r.options);
+        for (const std::string depth : {" --depth 8", " --depth 16"}) {
+            done("convert " + r.image + " linked.tif --to cmyk.icc -q --link link.icc" + depth);
+            done("convert " + r.image + " chain.tif --to cmyk.icc -q" + r.options + depth);
+            EXPECT_TRUE(bytes("linked.tif") == bytes("chain.tif")) << r.from << r.options << depth;
+        }
+    }
+}
+
+TEST_F(Convert, ImageHasTheProfileThatIsNamedOrNone) {
+    save("wide.icc", realProfile("colord/AdobeRGB1998.icc"));
+    save("cmyk.icc", realProfile("ghostscript/default_cmyk.icc"));
+    done("link wide.icc cmyk.icc -o link.icc");
+    saveImage("in.tif[profile=" + path("wide.icc") + "]", 3);
+    const std::string notes = done("convert in.tif plain.tif --link link.icc").err;
+    EXPECT_NE(notes.find("own profile"), std::string::npos) << notes;
+    EXPECT_FALSE(picture("plain.tif").hasProfile);
+    EXPECT_EQ(done("convert in.tif named.tif --link link.icc --to cmyk.icc -q").err, "");
+    done("convert in.tif chain.tif --to cmyk.icc -q");
+    EXPECT_TRUE(picture("named.tif").hasProfile);
+    EXPECT_TRUE(bytes("named.tif") == bytes("chain.tif"));
+}
+
+TEST_F(Convert, WhatGrayDevicesAndLinksCannotDoIsRefused) {
+    save("gray.icc", grayProfile().image());
+    done("link sRGB press.icc -o link.icc");
+    saveImage("in.png", 3);
+    saveImage("gray.tif", 1);
+    done("convert in.png rgb.tif --to sRGB");
+    expectComplaints({{"convert in.png o.png --to gray.icc", 2, "write .tif"},
+                      {"convert in.png o.tif[compression=jpeg] --to gray.icc", 2, "device values"},
+                      {"convert in.png o.tif --to sRGB --tone 1,2", 2, "is for none"},
+                      {"convert rgb.tif o.tif --from gray.icc --to sRGB", 1, "leave out --from"},
+                      {"convert gray.tif o.tif", 2, "--to or --link"},
+                      {"convert gray.tif o.tif --link link.icc", 1, "has 1"},
+                      {"convert gray.tif o.tif --link link.icc --to sRGB", 1, "gives CMYK"}});
+    EXPECT_FALSE(exists("o.tif") || exists("o.png"));
+}
+
+TEST_F(Convert, LargeImagesDoNotFillTheMemory) {
     saveImage("large.tif", 3, false, 2000, 40000);  // 240 MB of pixels
     EXPECT_LT(done("convert large.tif out.tif --to sRGB -q").peakKilobytes, 150 * 1024);
 }
 
-TEST_F(Tool, InterruptLeavesTheTargetAsItWas) {
+TEST_F(Convert, InterruptLeavesTheTargetAsItWas) {
     saveImage("large.tif", 3, false, 4000, 10000);
     save("target.tif", "old");
-    for (const int number : kSignals) {
-        const pid_t child = start("convert large.tif target.tif --to sRGB");
-        for (int i = 0; i < 1000 && leftovers() == 0; ++i)
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        EXPECT_EQ(leftovers(), 1);
-        kill(child, number);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        const CreatedFile written(folder_);
+        const Process child = start("convert large.tif target.tif --to sRGB");
+        EXPECT_TRUE(written.awaited()) << "a file that isn't finished";
+        kill(static_cast<pid_t>(child), number);
         EXPECT_EQ(finish(child).signal, number);
         EXPECT_EQ(leftovers(), 0);
         EXPECT_EQ(text("target.tif"), "old");
