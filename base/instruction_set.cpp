@@ -29,7 +29,7 @@ bool hasAvx2() {
     return (registers[1] & kAvx2) != 0;
 }
 
-#elif defined(__x86_64__)
+#elif defined(LUMOXA_HAS_AVX2)
 
 bool hasAvx2() {
     return __builtin_cpu_supports("avx2") != 0;

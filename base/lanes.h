@@ -4,7 +4,7 @@
 // forms, of which a source file chooses one by what it is compiled for: registers of AVX2, or what
 // any compiler has. Operations round alike, so that both give the same bytes.
 //
-// A file that has the AVX2 form defines LUMOXA_FORM_AVX2.
+// The build defines LUMOXA_FORM_AVX2 for files of the AVX2 form.
 //
 // Each form has a namespace of its own, and files that include this include no header with inline
 // functions beside it: a linker keeps one copy of an inline function, which may be one that the

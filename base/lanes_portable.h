@@ -7,10 +7,14 @@
 #include <bit>
 #include <cstdint>
 
+#if defined(LUMOXA_PLAIN_LANES)  // the arrays, beside another form
+#define LUMOXA_LANES arrays
+#else
 #define LUMOXA_LANES portable
-namespace lumoxa::portable {
+#endif
+namespace lumoxa::LUMOXA_LANES {
 
-#if defined(__GNUC__)
+#if defined(__GNUC__) && !defined(LUMOXA_PLAIN_LANES)
 
 // Vectors as wide as every processor of the kind has; the compiler knows its instructions.
 using Four = float __attribute__((vector_size(16)));
@@ -278,4 +282,4 @@ static inline Floats gather(const float* table, Ints at) {
     return floatsBy([=](int i) { return table[laneOf(at, i)]; });
 }
 
-}  // namespace lumoxa::portable
+}  // namespace lumoxa::LUMOXA_LANES

@@ -14,7 +14,7 @@ extern const engine::ShaperKernels kShaperKernels;
 namespace engine {
 
 const ShaperKernels& shaperKernels() {
-#if defined(__x86_64__) || defined(_M_X64)
+#if defined(LUMOXA_HAS_AVX2)
     if (usesAvx2()) return avx2::kShaperKernels;
 #endif
     return portable::kShaperKernels;

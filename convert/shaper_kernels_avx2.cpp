@@ -1,7 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Compiled for AVX2 (CMakeLists.txt); elsewhere this file is empty.
-#if defined(__AVX2__)
-#define LUMOXA_FORM_AVX2
+// Compiled for AVX2, with LUMOXA_FORM_AVX2, where processors may have it (CMakeLists.txt).
 #include "convert/shaper_kernels_body.h"
-#endif

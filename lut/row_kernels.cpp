@@ -12,7 +12,7 @@ extern const RowKernels kRowKernels;
 }
 
 const RowKernels& rowKernels() {
-#if defined(__x86_64__) || defined(_M_X64)
+#if defined(LUMOXA_HAS_AVX2)
     if (usesAvx2()) return avx2::kRowKernels;
 #endif
     return portable::kRowKernels;

@@ -24,7 +24,7 @@ TEST(VectorForm, IsWhatTheEnvironmentAsksFor) {
     const bool portable = asked != nullptr && std::string(asked) == "portable";
     EXPECT_EQ(&lumoxa::rowKernels() == &lumoxa::portable::kRowKernels, !lumoxa::usesAvx2());
     EXPECT_FALSE(portable && lumoxa::usesAvx2());
-#if defined(__x86_64__) && defined(__GNUC__)
+#if defined(__x86_64__)
     EXPECT_EQ(lumoxa::usesAvx2(), !portable && __builtin_cpu_supports("avx2") != 0);
 #endif
 }

@@ -2,26 +2,23 @@
 //
 // The forms of the vector kernels give the same bits, for numbers of every kind: what no picture
 // holds (infinities, what is not a number, positions beyond every table) as well.
+//
+// The form without vectors, for compilers that have none, is compiled here alone.
+#define LUMOXA_PLAIN_LANES
 #include <cstring>
 #include <limits>
 
 #include <gtest/gtest.h>
 
-#include "base/instruction_set.h"
-#include "convert/shaper_kernels.h"
+#include "convert/shaper_kernels_body.h"
+#include "lut/row_kernels_body.h"
 #include "tests/support/seeded_random.h"
-
-#if defined(__x86_64__) || defined(_M_X64)
 
 namespace lumoxa {
 namespace portable {
 extern const RowKernels kRowKernels;
 extern const engine::ShaperKernels kShaperKernels;
 }  // namespace portable
-namespace avx2 {
-extern const RowKernels kRowKernels;
-extern const engine::ShaperKernels kShaperKernels;
-}  // namespace avx2
 }  // namespace lumoxa
 
 namespace lumoxa_test {
@@ -40,12 +37,9 @@ struct Block {
 
 class VectorForms : public testing::TestWithParam<int> {
   protected:
-    void SetUp() override {
-        if (!usesAvx2()) GTEST_SKIP() << "one form alone runs here";
-    }
     int pixels() const { return GetParam(); }
 
-    /// Runs both forms on one block, in which some values are no samples; the whole block counts,
+    /// Runs two forms on one block, in which some values are no samples; the whole block counts,
     /// so what is written behind the last pixel shows, too.
     template <class Kernels, class Work>
     void compare(const Kernels& one, const Kernels& other, float scale, const Work& work) {
@@ -64,11 +58,13 @@ class VectorForms : public testing::TestWithParam<int> {
     }
     template <class Work>
     void rows(float scale, const Work& work) {
-        compare(portable::kRowKernels, avx2::kRowKernels, scale, work);
+        compare(portable::kRowKernels, arrays::kRowKernels, scale, work);
+        compare(portable::kRowKernels, rowKernels(), scale, work);
     }
     template <class Work>
     void shapers(const Work& work) {
-        compare(portable::kShaperKernels, avx2::kShaperKernels, 1.1f / 65535, work);
+        compare(portable::kShaperKernels, arrays::kShaperKernels, 1.1f / 65535, work);
+        compare(portable::kShaperKernels, engine::shaperKernels(), 1.1f / 65535, work);
     }
 
     static constexpr float kInfinity = std::numeric_limits<float>::infinity();
@@ -166,5 +162,3 @@ INSTANTIATE_TEST_SUITE_P(Pixels, VectorForms, testing::Values(1, 2, 7, 8, 33, 63
 
 }  // namespace
 }  // namespace lumoxa_test
-
-#endif

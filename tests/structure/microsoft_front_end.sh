@@ -17,11 +17,11 @@ for folder in include base profile gray lut xform eval combine convert inspect m
 done
 
 # Names with two underscores belong to compilers: attributes, builtins, types and macros of one of
-# them. Only the platform header may name them. (Operators that are words, and other extensions, are
+# them. Only the platform header and what reaches a processor's own instructions may name them. (Operators that are words, and other extensions, are
 # Clang's to find.)
 # shellcheck disable=SC2086  # a list of folders
 if grep -rnE '(^|[^A-Za-z0-9_"])__[A-Za-z]|# *pragma +(GCC|clang)|\[\[[a-z]+::' $library |
-    grep -vE '^include/lumoxa/export\.h:|\b__cplusplus\b'; then
+    grep -vE '^(include/lumoxa/export\.h|base/lanes_[a-z0-9]+\.h|base/instruction_set\.cpp):|\b__cplusplus\b'; then
     echo 'the lines above belong into include/lumoxa/export.h, or are for one compiler only'
     status=1
 fi
@@ -39,9 +39,18 @@ headers="-nostdlibinc -isystem $($gcc -print-file-name=include/c++)
     -isystem $($gcc -print-file-name=include/c++/x86_64-w64-mingw32)
     -isystem /usr/x86_64-w64-mingw32/include -I. -Iinclude"
 definitions='-DNOMINMAX -DWIN32_LEAN_AND_MEAN -DLUMOXA_BUILDING'
-# shellcheck disable=SC2086  # lists of folders and options
-find $library -name '*.cpp' -print0 | xargs -0 -P "$(nproc)" -n 4 \
-    clang++ -std=c++20 $microsoft $warnings $headers $definitions '-DLUMOXA_VERSION="0"' || status=1
+read_sources() { # read_sources [OPTION...]: those that stand on the input
+    # shellcheck disable=SC2086  # lists of options
+    xargs -0 -P "$(nproc)" -n 4 clang++ -std=c++20 $microsoft $warnings $headers $definitions \
+        '-DLUMOXA_VERSION="0"' "$@"
+}
+# shellcheck disable=SC2086  # a list of folders
+{
+    find $library -name '*.cpp' ! -name '*_avx2.cpp' -print0 | read_sources || status=1
+    find $library -name '*_avx2.cpp' -print0 | read_sources -mavx2 -DLUMOXA_FORM_AVX2 || status=1
+    # Microsoft's compiler has no vectors of GNU's kind.
+    find $library -name '*_kernels_portable.cpp' -print0 | read_sources -DLUMOXA_PLAIN_LANES || status=1
+}
 
 # Programs often have Windows' header first, with its macros. MinGW's leaves out three of Microsoft's,
 # which its own standard library can't stand: what our headers use of that comes before them.
