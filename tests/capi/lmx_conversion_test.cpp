@@ -65,6 +65,10 @@ const WrongRun kWrongRuns[] = {
     {"OptionsSize", [](Views& v) { v.run.size += 4; }, LMX_ERR_INVALID, "lmx_run_options"},
     {"SampleLarge", [](Views& v) { v.source.sample = 0x10001; }, LMX_ERR_INVALID, "sample type"},
     {"NoData", [](Views& v) { v.source.data = nullptr; }, LMX_ERR_NULL_DATA, "null"},
+    {"ImageSizeZero", [](Views& v) { v.destination.size = 0; }, LMX_ERR_INVALID, "size 0"},
+    {"NegativeChannels", [](Views& v) { v.source.channels = -3; }, LMX_ERR_INVALID, "channels"},
+    {"LeastHeight", [](Views& v) { v.source.height = v.destination.height = kLeast64; },
+     LMX_ERR_INVALID, "side"},
     {"FewChannels", [](Views& v) { v.source.channels = 2; }, LMX_ERR_INVALID, "channels"},
     {"BillionsOfChannels", [](Views& v) { v.source.channels = 0x7FFFFFFF; }, LMX_ERR_INVALID,
      "channels"},
@@ -324,12 +328,23 @@ TEST(FaultRecord, CutsLongSentencesBetweenCharacters) {
     }
 }
 
-TEST(CppInterface, CountsTheSamplesOfAPixel) {
+TEST(CppInterface, ThrowsForWhatDoesNotFit) {
     const Profile srgb = Profile::named("sRGB");
     const Conversion conversion(srgb, srgb);
-    EXPECT_EQ(conversion({0, 1, 0}).size(), 3U);
+    uint8_t pixels[12] = {};
+    const ImageView good = ImageView::packed(pixels, 2, 2, 3);
     EXPECT_THROW(conversion({0, 0}), lumoxa::Error);
     EXPECT_THROW(conversion({}), lumoxa::Error);
+    EXPECT_THROW(conversion.run(good, ImageView()), lumoxa::Error);
+    const ImageView huge = ImageView::packed(pixels, kMost64, kMost64, 0x7FFFFFFF);
+    EXPECT_THROW(conversion.run(huge, huge), lumoxa::Error);
+    EXPECT_THROW(Conversion(std::vector<Profile>()), lumoxa::Error);
+    EXPECT_THROW(Conversion({srgb}), lumoxa::Error);
+    EXPECT_THROW(lumoxa::makeLink({srgb, Profile::named("Lab")}), lumoxa::Error);
+    EXPECT_THROW(lumoxa::makeLink({srgb, srgb}, {}, lumoxa::Sample::F32), lumoxa::Error);
+    EXPECT_THROW(Profile::named(""), lumoxa::Error);
+    EXPECT_THROW(Profile::fromBytes(nullptr, 0), lumoxa::Error);
+    EXPECT_THROW(Profile::fromFile("/no such file"), lumoxa::Error);
 }
 
 TEST(Conversion, GivesTheSameBytesOnThreadsAtOnce) {

@@ -162,9 +162,12 @@ TEST_F(LmxTest, RefusesNullAndGarbageArguments) {
     lmx_transform* const backwards[] = {second_.get(), t};
     lmx_transform* const holed[] = {t, nullptr};
     const Bytes garbage(4000, 'x');
+    char text[64];
     unsigned char sample[8] = {};
     lmx_header header = {};  // without the magic
     lmx_transform_info info;
+    lmx_pixel_layout layout = {LMX_SAMPLES_8, 1, 1, 1, 3, 3, 3, {sample}}, empty = layout;
+    empty.channel_data[0] = nullptr;
     lmx_profile* profile = p;
     lmx_transform* made = t;
     int32_t link = 0;
@@ -172,10 +175,14 @@ TEST_F(LmxTest, RefusesNullAndGarbageArguments) {
         int32_t code;
         std::function<int32_t()> call;
     } cases[] = {
+        {503, [&] { return lmx_error_text(503, nullptr, 9); }},
         {520, [&] { return lmx_profile_load(nullptr, 9, &profile); }},
         {503, [&] { return lmx_profile_load(display_.data(), display_.size(), nullptr); }},
         {512, [&] { return lmx_profile_load(display_.data(), display_.size() / 2, &profile); }},
         {503, [&] { return lmx_profile_load(garbage.data(), garbage.size(), &profile); }},
+        {503, [&] { return lmx_profile_create(nullptr); }},
+        {503, [&] { return lmx_profile_description(nullptr, text, sizeof text); }},
+        {509, [&] { return lmx_profile_description(p, text, 0); }},
         {503, [&] { return lmx_profile_get_header(nullptr, &header); }},
         {503, [&] { return lmx_profile_get_header(p, nullptr); }},
         {503, [&] { return lmx_profile_set_header(p, nullptr); }},
@@ -183,15 +190,25 @@ TEST_F(LmxTest, RefusesNullAndGarbageArguments) {
         {503, [&] { return lmx_profile_set_header(p, &header); }},
         {503, [&] { return lmx_profile_set_description(nullptr, "text"); }},
         {503, [&] { return lmx_profile_set_description(p, nullptr); }},
+        {520, [&] { return lmx_profile_add_tag(p, 1, nullptr, 4); }},
+        {503, [&] { return lmx_profile_store(nullptr, 0, 1, t); }},
+        {507, [&] { return lmx_profile_store(p, 0, 1, t); }},  // curves and a matrix
+        {503, [&] { return lmx_profile_store(p, 9, 1, second_.get()); }},
         {503, [&] { return lmx_profile_save(nullptr, "never-made.icc"); }},
         {503, [&] { return lmx_profile_save(p, nullptr); }},
         {513, [&] { return lmx_profile_save(p, "no-such-folder/link.icc"); }},
+        {503, [&] { return lmx_transform_get(nullptr, 1, 1, &made); }},
+        {503, [&] { return lmx_transform_get(p, 1, 1, nullptr); }},
         {503, [&] { return lmx_transform_describe(nullptr, &info); }},
         {503, [&] { return lmx_transform_describe(t, nullptr); }},
         {503, [&] { return lmx_combine(2, nullptr, 0, &made, nullptr, nullptr, nullptr); }},
         {503, [&] { return lmx_combine(2, chain, 0, nullptr, nullptr, nullptr, nullptr); }},
         {503, [&] { return lmx_combine(2, holed, 0, &made, &link, nullptr, nullptr); }},
         {507, [&] { return lmx_combine(2, backwards, 0, &made, &link, nullptr, nullptr); }},
+        {503, [&] { return lmx_evaluate(nullptr, &layout, &layout, nullptr, nullptr); }},
+        {503, [&] { return lmx_evaluate(t, nullptr, &layout, nullptr, nullptr); }},
+        {503, [&] { return lmx_evaluate(t, &layout, nullptr, nullptr, nullptr); }},
+        {503, [&] { return lmx_evaluate(t, &layout, &empty, nullptr, nullptr); }},
         {503, [&] { return lmx_evaluate_packed(t, nullptr, 1, sample, 5, 1); }},
         {0, [&] { return lmx_evaluate_packed(t, sample, 1, sample, 5, -1); }},
     };

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // What everyone expects of a conversion without asking for it, through the public interface: one
-// test a row of the table in docs/accuracy.md; tests/capi holds the two of refusals.
+// test a row of the table in docs/accuracy.md.
 #include <array>
 #include <cmath>
 
@@ -128,6 +128,49 @@ TEST(Everyday, CurvesAndMatrixBehindAGridCount) {
                same = through<uint8_t>(fromPlain, pixels);
     for (size_t i = 0; i < mine.size(); ++i)
         ASSERT_NEAR(mine[i], same[i], 2) << i;
+}
+
+/// Four inks that all darken alike, to Lab: a small table.
+ProfileBytes inkPrinter() {
+    LutContent content;
+    content.inputs = 4;
+    for (int node = 0; node < 16; ++node) {
+        int inks = 0;
+        for (int ink = 0; ink < 4; ++ink)
+            inks += node >> ink & 1;
+        content.clut.insert(content.clut.end(),
+                            {static_cast<uint16_t>(65280 - 16000 * inks), 32768, 32768});
+    }
+    return ProfileBytes("prtr", "CMYK", "Lab ")
+        .addTag("wtpt", xyzTag(0.9642, 1.0, 0.8249))
+        .addTag("A2B0", lut16Tag(content));
+}
+
+TEST(Everyday, ABufferOfAnotherSizeIsRefusedInASentence) {
+    const Conversion fromInks(loaded(inkPrinter()), Profile::named("sRGB"));
+    const std::vector<uint8_t> rgb(3 * 8, 100);
+    std::vector<uint8_t> results(3 * 8, 7);
+    try {
+        fromInks.run(ImageView::packed(rgb.data(), 8, 1, 3),
+                     ImageView::packed(results.data(), 8, 1, 3));
+        FAIL() << "three channels were taken for four";
+    } catch (const lumoxa::Error& error) {
+        EXPECT_EQ(error.code(), LMX_ERR_INVALID);
+        EXPECT_NE(std::string(error.what()).find("channels"), std::string::npos) << error.what();
+    }
+    EXPECT_EQ(results, std::vector<uint8_t>(3 * 8, 7));
+}
+
+TEST(Everyday, AFailureIsASentenceThatNamesProfileAndTag) {
+    try {
+        const Conversion toInks(Profile::named("sRGB"), loaded(inkPrinter()));
+        FAIL() << "a table from Lab to inks was made up";
+    } catch (const lumoxa::Error& error) {
+        EXPECT_EQ(error.code(), LMX_ERR_NO_TAG);
+        EXPECT_EQ(error.profileIndex(), 1);
+        EXPECT_EQ(error.tag(), 0x42324130U);
+        EXPECT_NE(std::string(error.what()).find("'B2A0'"), std::string::npos) << error.what();
+    }
 }
 
 // --- grays --------------------------------------------------------------------------------------

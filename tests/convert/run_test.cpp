@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/fault.h"
 #include "convert/line_kernels.h"
 #include "tests/support/pixel_layouts.h"
 
@@ -429,6 +430,20 @@ TEST(Run, DoesNothingWithoutPixels) {
     EXPECT_EQ(runConversion(TurningPlan(3, 3), empty, empty, listener.options(0)),
               RunResult::kDone);
     EXPECT_EQ(listener.heard, (std::vector<double>{0, 1}));
+}
+
+TEST(Run, RefusesBeforeItCallsOrWrites) {
+    Picture picture(PixelLayout::kInterleaved, SampleType::kU8, {9, 9}, 4, 1);
+    const std::vector<uint8_t> before = picture.memory();
+    Listener listener;
+    EXPECT_THROW(
+        runConversion(TurningPlan(3, 4), picture.view(), picture.view(), listener.options(1)),
+        lumoxa::FaultError);
+    EXPECT_THROW(
+        runConversion(TurningPlan(4, 4), picture.view(), picture.view(), listener.options(-1)),
+        lumoxa::FaultError);
+    EXPECT_TRUE(listener.heard.empty());
+    EXPECT_TRUE(picture.memory() == before);
 }
 
 }  // namespace
