@@ -278,8 +278,9 @@ static inline Ints gatherPairs(const uint16_t* table, Ints at) {
 static inline Ints gather(const uint32_t* table, Ints at) {
     return intsBy([=](int i) { return table[laneOf(at, i)]; });
 }
-static inline Floats gather(const float* table, Ints at) {
-    return floatsBy([=](int i) { return table[laneOf(at, i)]; });
+static inline void gatherNeighbours(const float* table, Ints at, Floats& first, Floats& second) {
+    first = floatsBy([=](int i) { return table[laneOf(at, i)]; });
+    second = floatsBy([=](int i) { return table[laneOf(at, i) + 1]; });
 }
 
 }  // namespace lumoxa::LUMOXA_LANES

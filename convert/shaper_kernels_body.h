@@ -71,7 +71,8 @@ void lookUpOctaves(const float* values, float* row, int pixels) {
         const Ints bits = bitsOf(smaller(larger(load(row + i), least), one));
         const Ints step = (bits >> kOctaveRestBits) - all(kOctaveFirstStep);
         const Floats rest = toFloats(bits & all(kRestMask)) * perStep;
-        const Floats low = gather(values, step), high = gather(values + 1, step);
+        Floats low, high;
+        gatherNeighbours(values, step, low, high);
         store(low + (high - low) * rest, row + i);
     }
 }
