@@ -29,8 +29,7 @@ GridStage::GridStage(Grid grid, Interpolation interpolation)
         strides_[d] = stride;
         stride *= static_cast<uint32_t>(grid_.points[d]);
     }
-    const bool hasKernel = grid_.inputs() == 3 || grid_.inputs() == 4;
-    if (interpolation_ == Interpolation::kSimplex && hasKernel) packForKernels();
+    if (grid_.inputs() == 3 || grid_.inputs() == 4) packForKernels();
 }
 
 void GridStage::packForKernels() {
@@ -44,7 +43,9 @@ void GridStage::packForKernels() {
 void GridStage::runKernels(Row* rows, int pixels) const {
     constexpr float kPerTop = 1.0f / kSampleMax16;
     const RowKernels& kernels = rowKernels();
-    const auto interpolate = grid_.inputs() == 3 ? kernels.tetrahedra : kernels.pentahedra;
+    const auto interpolate = interpolation_ == Interpolation::kMultilinear ? kernels.cubes
+                             : grid_.inputs() == 3                         ? kernels.tetrahedra
+                                                                           : kernels.pentahedra;
     const int whole = (pixels + kLanes - 1) / kLanes * kLanes;
     uint32_t cell[kBlockPixels] = {};
     Row fraction[4];
@@ -115,29 +116,11 @@ class Interpolator {
         }
     }
 
-    /// The eight corners of a cell of three inputs.
-    void overEight(uint32_t base, const Row* fraction, int pixel, float* out) const {
-        const float x = fraction[0][pixel], y = fraction[1][pixel], z = fraction[2][pixel];
-        const uint32_t sx = strides_[0], sy = strides_[1], sz = strides_[2];
-        const float x0y0 = (1.0f - x) * (1.0f - y), x0y1 = (1.0f - x) * y;
-        const float x1y0 = x * (1.0f - y), x1y1 = x * y;
-        start(out, base, x0y0 * (1.0f - z));
-        add(out, base + sz, x0y0 * z);
-        add(out, base + sy, x0y1 * (1.0f - z));
-        add(out, base + sy + sz, x0y1 * z);
-        add(out, base + sx, x1y0 * (1.0f - z));
-        add(out, base + sx + sz, x1y0 * z);
-        add(out, base + sx + sy, x1y1 * (1.0f - z));
-        add(out, base + sx + sy + sz, x1y1 * z);
-    }
-
-    template <class Method>
-    void run(const uint32_t* base, const Row* fraction, int pixels, Row* rows,
-             Method method) const {
+    void run(const uint32_t* base, const Row* fraction, int pixels, Row* rows) const {
         const int n = static_cast<int>(outputs_);
         for (int i = 0; i < pixels; ++i) {
             float out[kMaxChannels];
-            method(*this, base[i], fraction, i, out);
+            alongSimplex(base[i], fraction, i, out);
             for (int o = 0; o < n; ++o)
                 rows[o][i] = out[o] * kPerTop;
         }
@@ -180,15 +163,7 @@ void GridStage::run(Row* rows, int pixels) const {
     locate(rows, pixels, cells);
     withOutputs(grid_.outputs, [&](auto outputs) {
         const Interpolator interpolator(outputs, grid_.nodes.data(), strides_);
-        const auto run = [&](auto method) {
-            interpolator.run(static_cast<const uint32_t*>(cells.base), cells.fraction, pixels, rows,
-                             method);
-        };
-        if (interpolation_ == Interpolation::kSimplex) {
-            run([](const auto& grid, auto... place) { grid.alongSimplex(place...); });
-        } else {
-            run([](const auto& grid, auto... place) { grid.overEight(place...); });
-        }
+        interpolator.run(cells.base, cells.fraction, pixels, rows);
     });
 }
 

@@ -22,8 +22,8 @@ struct Grid {
 
 /// How colours between nodes are computed.
 enum class Interpolation {
-    /// All corners of a cell, weighted: what treats the axes of Lab alike, whose grays lie along
-    /// one of them.
+    /// All corners of a cell of three inputs, weighted: what treats the axes of Lab alike, whose
+    /// grays lie along one of them.
     kMultilinear,
     /// The corners of the simplex that holds the colour (tetrahedra, for four inputs 4-simplices):
     /// the diagonal of equal coordinates, where the grays of devices lie and, nearly, those of XYZ,
@@ -50,7 +50,7 @@ class GridStage : public Stage {
     Grid grid_;
     Interpolation interpolation_;
     std::vector<uint32_t> strides_;  // in nodes' samples
-    // For the kernels that interpolate in three and four dimensions by simplices.
+    // For the kernels, which interpolate in three and four dimensions.
     std::shared_ptr<const uint16_t[]> packed_;
     std::vector<uint32_t> packedStrides_;
 };

@@ -53,6 +53,10 @@ struct RowKernels {
     void (*pentahedra)(const uint16_t* nodes, const uint32_t* strides, const uint32_t* cell,
                        const Row* fraction, int pixels, float* groups);
 
+    /// The same by all eight corners of a cell, weighted: trilinear interpolation.
+    void (*cubes)(const uint16_t* nodes, const uint32_t* strides, const uint32_t* cell,
+                  const Row* fraction, int pixels, float* groups);
+
     /// Groups to packed samples, rounded; what doesn't fit wraps, as roundWrapped() has it.
     void (*finishBytes)(const GroupFinish& finish, const float* groups, int pixels,
                         uint8_t* destination);

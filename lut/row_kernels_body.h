@@ -155,6 +155,35 @@ void interpolate(const uint16_t* nodes, const uint32_t* strides, const uint32_t*
     }
 }
 
+/// Corners in the order of their numbers, of which the last dimension is the lowest bit.
+void interpolateCubes(const uint16_t* nodes, const uint32_t* strides, const uint32_t* cell,
+                      const Row* fraction, int pixels, float* groups) {
+    constexpr int kCorners = 8;
+    uint32_t corner[kCorners];
+    for (uint32_t k = 0; k < kCorners; ++k)
+        corner[k] = (k >> 2) * strides[0] + (k >> 1 & 1) * strides[1] + (k & 1) * strides[2];
+    const Floats one = all(1.0f);
+    for (int i = 0; i < pixels; i += kLanes) {
+        const Floats x = load(fraction[0] + i), y = load(fraction[1] + i),
+                     z = load(fraction[2] + i);
+        const Floats ofX[2] = {one - x, x}, ofY[2] = {one - y, y}, ofZ[2] = {one - z, z};
+        float weight[kCorners][kLanes];
+        for (int k = 0; k < kCorners; ++k)
+            store(ofX[k >> 2] * ofY[k >> 1 & 1] * ofZ[k & 1], weight[k]);
+        for (int p = 0; p < kLanes; p += 2) {
+            const uint16_t* const first = nodes + cell[i + p];
+            const uint16_t* const second = nodes + cell[i + p + 1];
+            Floats sum = all(0.0f);
+            for (int k = 0; k < kCorners; ++k) {
+                const Ints node = loadFours(first + corner[k], second + corner[k]);
+                const Floats term = twoFours(weight[k][p], weight[k][p + 1]) * toFloats(node);
+                sum = k == 0 ? term : sum + term;
+            }
+            store(sum, groups + (i + p) * kOutputGroup);
+        }
+    }
+}
+
 template <int Outputs, class Sample>
 void finishAll(const GroupFinish& finish, const float* groups, int pixels, Sample* destination) {
     uint32_t places[kLanes];
@@ -195,7 +224,8 @@ void finish(const GroupFinish& finish, const float* groups, int pixels, Sample* 
 }  // namespace
 
 extern const RowKernels kRowKernels = {
-    spread<uint8_t>,         spread<uint16_t>,        lookUp,          locate,
-    interpolate<Tetrahedra>, interpolate<Pentahedra>, finish<uint8_t>, finish<uint16_t>};
+    spread<uint8_t>,  spread<uint16_t>,        lookUp,
+    locate,           interpolate<Tetrahedra>, interpolate<Pentahedra>,
+    interpolateCubes, finish<uint8_t>,         finish<uint16_t>};
 
 }  // namespace lumoxa::LUMOXA_LANES

@@ -109,6 +109,9 @@ TEST_P(VectorForms, InterpolateAlike) {
             kernels.tetrahedra(nodes.data(), kStrides + 1, block.cell, block.rows, pixels(),
                                block.groups);
             block.rows[0][0] += block.groups[0];
+            kernels.cubes(nodes.data(), kStrides + 1, block.cell, block.rows, pixels(),
+                          block.groups);
+            block.rows[0][1] += block.groups[1];
             kernels.pentahedra(nodes.data(), kStrides, block.cell, block.rows, pixels(),
                                block.groups);
         });
