@@ -15,6 +15,9 @@
 
 namespace lumoxa {
 
+/// The white of the connection space in real numbers (ICC.1:2010, 7.2.16).
+inline constexpr double kPcsWhite[3] = {0.9642, 1.0, 0.8249};
+
 inline constexpr uint16_t kXyzOne = 32768;
 inline constexpr uint16_t kD50White[3] = {31595, 32768, 27030};
 inline constexpr uint16_t kLabLMax = 65280;     // L* = 100

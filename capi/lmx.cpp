@@ -138,10 +138,11 @@ int32_t lmx_transform_describe(lmx_transform* transform, lmx_transform_info* out
 }
 
 int32_t lmx_combine(int32_t count, lmx_transform* const* chain, int32_t options,
-                    lmx_transform** out, int32_t* failing_link, lmx_progress progress, void* user) {
+                    lmx_transform** out, int32_t* failing_transform, lmx_progress progress,
+                    void* user) {
     Listener listener = {progress, user};
-    return icCombineXforms(count, chain, out, options, failing_link, listener.entry(), &listener,
-                           0);
+    return icCombineXforms(count, chain, out, options, failing_transform, listener.entry(),
+                           &listener, 0);
 }
 
 // --- Pixels --------------------------------------------------------------------------------------

@@ -70,12 +70,12 @@ std::vector<icRenderingIntent> intentsOf(const lmx_options& options, int32_t pro
 }
 
 ConversionRequest requestOf(lmx_profile* const* chain, int32_t count, const lmx_options* record) {
-    requireArgument(chain, "the chain");
     if (count < 1 || count > engine::kMaxProfiles) {
         throw FaultError(LMX_ERR_INVALID, "a chain has 1 to " +
                                               std::to_string(engine::kMaxProfiles) +
                                               " profiles, not " + std::to_string(count));
     }
+    requireArgument(chain, "the chain");
     lmx_options options = {};
     lmx_options_init(&options);
     if (record != nullptr) options = copiedRecord(*record, "lmx_options");

@@ -249,11 +249,10 @@ BlackPoint destinationBlackPoint(const BlackPointProbe& probe, icRenderingIntent
 }
 
 BlackPointMapping mapBlack(double sourceL, double destinationL) {
-    constexpr std::array<double, 3> kD50 = {0.9642, 1, 0.8249};
     const double scale = (1 - luminance(destinationL)) / (1 - luminance(sourceL));
     BlackPointMapping mapping = {scale, {}};
-    for (size_t i = 0; i < kD50.size(); ++i)
-        mapping.offset[i] = (1 - scale) * kD50[i];
+    for (size_t i = 0; i < 3; ++i)
+        mapping.offset[i] = (1 - scale) * kPcsWhite[i];
     return mapping;
 }
 

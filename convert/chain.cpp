@@ -42,6 +42,9 @@ class ChainBuilder {
 
     void append(size_t i) {
         const ProfileView& p = profile(i);
+        if (request_.options.tone.given && isLast(i) && !isGrayPrint(p, Direction::kToDevice)) {
+            p.fail(icErrInvalid, 0, -1, "is no gray print device, and only those take a tone");
+        }
         const uint32_t deviceClass = p.header().deviceClass;
         if (deviceClass == kClassNamed) {
             p.fail(icErrInvalid, 0, kClassOffset,
@@ -147,9 +150,6 @@ class ChainBuilder {
     void enterDevice(const ProfileView& p, size_t i) {
         const icRenderingIntent intent = request_.intents[i - 1];
         const bool grayPrint = isGrayPrint(p, Direction::kToDevice);
-        if (request_.options.tone.given && isLast(i) && !grayPrint) {
-            p.fail(icErrInvalid, 0, -1, "is no gray print device, and only those take a tone");
-        }
         const Side side = grayPrint
                               ? grayPrintSide(p, intent, Direction::kToDevice,
                                               isLast(i) ? request_.options.tone : GrayPrintTone())

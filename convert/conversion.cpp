@@ -155,7 +155,7 @@ void ReadyConversion::buildTablePlan() {
     BuiltTable built = buildTable(chain_, samplesToSamples_, exact_);
     if (!built.withinLimits && stagesServe()) {
         kind_ = PlanKind::kStages;
-        reason_ = "no grid of 1 MB keeps to the limits, and the stages cost little more";
+        reason_ = "no grid tried keeps to the limits, and the stages cost little more";
         return;
     }
     table_ = std::move(built.form);
@@ -164,7 +164,7 @@ void ReadyConversion::buildTablePlan() {
     withinLimits_ = built.withinLimits;
     curves_ = built.curves;
     reason_ = withinLimits_ ? "the smallest grid tried whose measured error keeps to the limits"
-                            : "no grid of 1 MB keeps to the limits; exact does";
+                            : "no grid tried keeps to the limits; exact does";
 }
 
 }  // namespace lumoxa::engine

@@ -146,8 +146,22 @@ void checkChannels(int inputs, int outputs, const PixelView& source, const Pixel
            ", with equally many extra ones on both sides");
 }
 
-bool isSameMemory(const PixelView& a, const PixelView& b) {
-    if (a.data != b.data || a.sample != b.sample || a.channels != b.channels) return false;
+/// Whether all samples of a pixel lie together, before those of the next.
+bool isWithinPixels(const PixelView& view) {
+    const int64_t last = (view.channels - 1) * view.channelStride;
+    const int64_t bytes = last + sampleBytes(view);
+    return last >= 0 && (bytes <= view.pixelStride || view.pixelStride <= -bytes);
+}
+
+/// A run in place reads pixels before it writes them, so what matters is that pixels stay where
+/// they are. Extra channels stay as they are, too: their samples have to be the same.
+bool isSameMemory(const PixelView& a, const PixelView& b, int extras) {
+    if (a.data != b.data) return false;
+    if (extras == 0 && a.pixelStride == b.pixelStride && a.rowStride == b.rowStride &&
+        isWithinPixels(a) && isWithinPixels(b)) {
+        return true;
+    }
+    if (a.sample != b.sample || a.channels != b.channels) return false;
     const Dimensions ours = dimensionsOf(a);
     const Dimensions theirs = dimensionsOf(b);
     return std::equal(ours.begin(), ours.end(), theirs.begin(),
@@ -211,7 +225,8 @@ bool isDisjoint(const PixelView& a, const Extent& extentA, const PixelView& b,
                std::to_string(sampleBytes(source)) + " and " +
                std::to_string(sampleBytes(destination)) + " bytes), channels (" +
                std::to_string(source.channels) + " and " + std::to_string(destination.channels) +
-               ") or strides: in place, all have to be the same");
+               ") or strides: in place, pixels have to keep their places, and extra channels their "
+               "samples");
     }
     refuse(
         "source and destination share memory without being the same pixels: the destination "
@@ -237,7 +252,7 @@ ViewMatch checkViews(int inputs, int outputs, const PixelView& source,
     const Extent destinationExtent = extentOf(destination, "destination");
     checkStrides(source, "source");
     checkStrides(destination, "destination");
-    if (isSameMemory(source, destination)) return {extras, true};
+    if (isSameMemory(source, destination, extras)) return {extras, true};
     if (!isDisjoint(source, sourceExtent, destination, destinationExtent)) {
         refuseOverlap(source, destination);
     }

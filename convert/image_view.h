@@ -28,7 +28,7 @@ struct PixelView {
 /// How two views that fit a conversion fit each other.
 struct ViewMatch {
     int extras;    ///< channels behind the colours, on both sides
-    bool inPlace;  ///< the same samples of the same memory; disjoint otherwise
+    bool inPlace;  ///< the same pixels of the same memory; disjoint otherwise
 };
 
 /// Checks what a conversion from `inputs` to `outputs` channels is to be run on. Reads no pixel.

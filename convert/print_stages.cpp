@@ -85,6 +85,10 @@ StageList markedGamut(Chain& chain, const ChainRequest& request, const PrintSide
                          "out-of-gamut colours can be marked where a profile describes the device; "
                          "this chain ends in a device link or a connection space");
     }
+    for (const float channel : request.options.gamutMark) {
+        if (!(channel >= 0 && channel <= 1))
+            throw FaultError(icErrInvalid, "the mark of a gamut is three numbers of 0 to 1");
+    }
     const auto test = std::make_shared<const GamutTest>(*sides.gamutDevice);
     chain.print.gamutByTag = test->byTag();
     chain.print.gamutLimit = test->limit();

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "convert/profile_stages.h"
 
+#include "base/pcs_encoding.h"
 #include "convert/tag_stages.h"
 #include "xform/tag_choice.h"
 
 namespace lumoxa::engine {
 namespace {
-
-constexpr std::array<double, 3> kD50 = {0.9642, 1.0, 0.8249};
 
 constexpr uint32_t kColorantTags[] = {fourcc("rXYZ"), fourcc("gXYZ"), fourcc("bXYZ")};
 constexpr uint32_t kCurveTags[] = {fourcc("rTRC"), fourcc("gTRC"), fourcc("bTRC")};
@@ -71,7 +70,8 @@ Side matrixSide(const ProfileView& profile, Direction direction) {
 /// One curve for the lightness of neutral colours: Y of D50, or L* (ICC.1:2010, F.2).
 Side graySide(const ProfileView& profile, Direction direction) {
     const uint32_t pcs = connectionSpaceOf(profile);
-    const std::array<double, 3> top = pcs == kSpaceLab ? std::array<double, 3>{100, 0, 0} : kD50;
+    const std::array<double, 3> top =
+        pcs == kSpaceLab ? std::array<double, 3>{100, 0, 0} : std::to_array(kPcsWhite);
     const size_t measure = pcs == kSpaceLab ? 0 : 1;  // L* or Y
     const auto tone = std::make_shared<CurveStage>(
         std::vector<CurvePtr>{readCurve(profile.require(kGrayCurveTag))});

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "base/byte_order.h"
+#include "base/pcs_encoding.h"
 #include "profile/description_text.h"
 #include "profile/header_reader.h"
 #include "profile/tag_table.h"
@@ -12,7 +13,6 @@ namespace lumoxa::engine {
 namespace {
 
 constexpr double kFixedOne = 65536.0;
-constexpr double kD50[3] = {0.9642, 1.0, 0.8249};
 
 struct Space {
     uint32_t signature;
@@ -199,8 +199,8 @@ ProfileView::MediaWhite ProfileView::mediaWhite() const {
     for (int c = 0; c < 3; ++c) {
         const double value = tag->fixed(kNumbers + 4 * static_cast<uint64_t>(c));
         if (value <= 0) return white;
-        isD50 = isD50 && value > kD50[c] - kTolerance && value < kD50[c] + kTolerance;
-        own.ratio[c] = value / kD50[c];
+        isD50 = isD50 && value > kPcsWhite[c] - kTolerance && value < kPcsWhite[c] + kTolerance;
+        own.ratio[c] = value / kPcsWhite[c];
     }
     if (version4() || header_.deviceClass != kClassDisplay) return own;
     white.replaced = !isD50;

@@ -20,7 +20,7 @@ struct BuiltTable {
     std::string curves;  ///< what stands around the grid, for reports
 };
 
-/// Builds the smallest table that keeps to the limits or, where none of 1 MB does, the largest one.
+/// Builds the smallest table that keeps to the limits or, where none tried does, the largest one.
 ///
 /// @param samplesToSamples  the chain's stages between samples 0..1 on either side
 /// @param exact             the plan that the table is measured against

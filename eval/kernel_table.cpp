@@ -34,7 +34,8 @@ constexpr KernelRow kLutRow = {
 
 /// LUT kinds, by family (lut8; lut16, lutAToB and lutBToA) and by interpolation.
 constexpr KernelRow kLutRows[2][3] = {
-    {kLutRow<Lut8Family, TetraClut>, kLutRow<Lut8Family, PentaClut>, kLutRow<Lut8Family, PlainClut>},
+    {kLutRow<Lut8Family, TetraClut>, kLutRow<Lut8Family, PentaClut>,
+     kLutRow<Lut8Family, PlainClut>},
     {kLutRow<Lut16Family, TetraClut>, kLutRow<Lut16Family, PentaClut>,
      kLutRow<Lut16Family, PlainClut>},
 };
@@ -103,7 +104,8 @@ constexpr KindRow kKindRows[] = {
     {kKindLabToXyz, Use::kInChains, false, only16(exported<icConvertLabToXyz>)},
     {kKindXyzToLab, Use::kInChains, false, only16(exported<icConvertXYZToLab>)},
     {kKindTableStage, Use::kInChains, false, only16(convertThroughTables)},
-    {kKindAbsolute, Use::kInChains, false, only16(kernel<WhiteScaling, uint16_t, uint16_t, scaleWhite>)},
+    {kKindAbsolute, Use::kInChains, false,
+     only16(kernel<WhiteScaling, uint16_t, uint16_t, scaleWhite>)},
     {kKindPerceptualToRelative, Use::kInChains, false,
      only16(kernel<icBlackWhite_t, uint16_t, uint16_t, squeezeIntoDevice>)},
     {kKindRelativeToPerceptual, Use::kInChains, false,
@@ -146,8 +148,8 @@ BoundKernel bind(const icXformInternal& xform, Depth in, Depth out, Use use, Cur
             out == Depth::k8 ? 1 : 2};
 }
 
-/// Whether no slice of a run touches what another reads: the two sides are apart, or the same memory
-/// with pixels of one size.
+/// Whether no slice of a run touches what another reads: the two sides are apart, or the same
+/// memory with pixels of one size.
 bool slicesAreApart(const uint8_t* source, ptrdiff_t inBytes, const uint8_t* destination,
                     ptrdiff_t outBytes, int pixels) {
     const std::less_equal<const uint8_t*> before;

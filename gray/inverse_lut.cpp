@@ -33,6 +33,7 @@ void get_inv_lut(float target, const float* x, const float* y, const float* y2, 
         return RootSample{t, std::fabs(value) < kHit ? 0.0f : value};
     };
     if (!findRoot(excess, end(lower), end(upper), toleranceAt, *result)) {
+        // The function has no result code: this is how callers hear of it.
         std::fputs("Maximum number of iterations exceeded in get_inv_lut.\n", stderr);
     }
 }

@@ -3,6 +3,7 @@
 // Media white and black, and the chromatic adaptation of a profile.
 #include <cmath>
 
+#include "base/cie_rows.h"
 #include "convert/colorimetry.h"
 #include "convert/stages.h"
 #include "inspect/facts.h"
@@ -28,6 +29,13 @@ std::optional<Xyz> pointOf(const ProfileFile& file, uint32_t signature) {
 void writePoint(JsonObject& report, const char* name, const std::optional<Xyz>& point) {
     if (!point) return report.add(name, nullptr);
     writeNumbers(report, name, *point);
+}
+
+// L* of CIE 15.
+double lightnessOf(double y) {
+    auto lightness = static_cast<float>(y), x = lightness * kWhiteX, z = lightness * kWhiteZ;
+    xyzToLab(&x, &lightness, &z, 1);
+    return static_cast<double>(x);
 }
 
 // The matrix of 'chad', nine numbers row by row (ICC.1:2010, 9.2.15).
@@ -129,7 +137,13 @@ void writeAdaptation(JsonObject& out, const Affine& matrix) {
 
 void writePoints(JsonObject& report, const ProfileFile& file) {
     writePoint(report, "mediaWhitePoint", pointOf(file, fourcc("wtpt")));
-    writePoint(report, "mediaBlackPoint", pointOf(file, fourcc("bkpt")));
+    const std::optional<Xyz> black = pointOf(file, fourcc("bkpt"));
+    writePoint(report, "mediaBlackPoint", black);
+    if (black) {
+        report.add("mediaBlackLightness", lightnessOf((*black)[1]));
+    } else {
+        report.add("mediaBlackLightness", nullptr);
+    }
     const std::optional<Affine> adaptation = adaptationOf(file);
     if (!adaptation) return report.add("chromaticAdaptation", nullptr);
     report.object("chromaticAdaptation",

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <optional>
 
+#include "base/pcs_encoding.h"
 #include "inspect/icc_rules.h"
 #include "inspect/profile_id.h"
 #include "inspect/words.h"
@@ -99,13 +100,12 @@ std::string unknownIntent(const ProfileFile& file) {
 
 // Rounded to four decimals, as the value is given.
 std::string otherIlluminant(const ProfileFile& file) {
-    constexpr std::array<double, 3> kD50 = {0.9642, 1.0, 0.8249};
     constexpr double kHalfUnit = 0.00005;
     bool same = true;
     std::string found = "it is";
-    for (uint64_t i = 0; i < kD50.size(); ++i) {
+    for (uint64_t i = 0; i < 3; ++i) {
         const double part = file.bytes().fixed(header_at::kIlluminant + 4 * i);
-        same = same && std::abs(part - kD50[i]) <= kHalfUnit;
+        same = same && std::abs(part - kPcsWhite[i]) <= kHalfUnit;
         found.append(" ").append(numberText(part));
     }
     return ifBroken(!same, found);

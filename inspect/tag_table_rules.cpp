@@ -45,7 +45,8 @@ void checkDuplicates(std::vector<TagEntry> entries, ViolationList& list) {
     }
 }
 
-// In file order, a tag overlaps an earlier one when it starts before the furthest end of those ahead.
+// In file order, a tag overlaps an earlier one when it starts before the furthest end of those
+// ahead.
 void checkOverlaps(std::vector<TagEntry> entries, ViolationList& list) {
     std::sort(entries.begin(), entries.end(), [](const TagEntry& a, const TagEntry& b) {
         return a.offset != b.offset ? a.offset < b.offset

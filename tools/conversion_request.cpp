@@ -58,8 +58,8 @@ lumoxa::Conversion makeConversion(const std::vector<NamedProfile>& chain,
                                   const ConversionRequest& request, bool exact) {
     std::vector<lumoxa::Profile> profiles;
     profiles.reserve(chain.size());
-    for (const NamedProfile& link : chain)
-        profiles.push_back(link.profile);
+    for (const NamedProfile& member : chain)
+        profiles.push_back(member.profile);
     lumoxa::Options options = request.options();
     options.exact = exact;
     try {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/info_command.h"
 
-#include <cmath>
 #include <iomanip>
 #include <iostream>
 #include <string>
@@ -57,12 +56,6 @@ string xyzText(const Json& xyz) {
     return rounded(xyz[0], 4) + ' ' + rounded(xyz[1], 4) + ' ' + rounded(xyz[2], 4);
 }
 
-// L* of CIE 15.
-double lightness(double y) {
-    constexpr double kLinearEnd = 216.0 / 24389.0, kLinearSlope = 24389.0 / 27.0;
-    return y > kLinearEnd ? 116 * std::cbrt(y) - 16 : kLinearSlope * y;
-}
-
 struct HeaderField {
     const char* label;
     const char* member;
@@ -114,7 +107,8 @@ void printColours(std::ostream& out, const Json& report) {
     const Json &white = report["mediaWhitePoint"], &black = report["mediaBlackPoint"];
     if (!white.is_null()) printLine(out, "media white", xyzText(white));
     if (!black.is_null())
-        printLine(out, "media black", xyzText(black) + ", L* " + rounded(lightness(black[1]), 1));
+        printLine(out, "media black",
+                  xyzText(black) + ", L* " + rounded(report["mediaBlackLightness"], 1));
     const Json& adaptation = report["chromaticAdaptation"];
     if (!adaptation.is_null()) printLine(out, "adaptation", wordOf(adaptation["words"]));
 }

@@ -168,11 +168,13 @@ class Conversion {
         handle_ = std::shared_ptr<lmx_conversion>(handle, lmx_conversion_free);
     }
 
+    /// Channels of a source pixel, without extra ones.
     int inputChannels() const {
         int32_t channels = 0;
         lmx_conversion_channels(handle(), &channels, nullptr);
         return channels;
     }
+    /// Channels of a destination pixel, without extra ones.
     int outputChannels() const {
         int32_t channels = 0;
         lmx_conversion_channels(handle(), nullptr, &channels);
@@ -180,8 +182,9 @@ class Conversion {
     }
 
     /// How a run is done. Extra channels (alpha) are copied; `premultiplied` takes the first of
-    /// them into account. `progress` gets 0..1 on the caller's thread and answers whether to go on;
-    /// what it throws comes out of run().
+    /// them into account. `progress` gets 0..1 on the caller's thread and answers whether to go on
+    /// (after the last pixel, at 1, there is nothing left to stop); what it throws comes out of
+    /// run().
     struct Run {
         int threads = 0;  ///< at most so many; 0 for one a processor core
         bool premultiplied = false;

@@ -67,7 +67,8 @@ typedef struct lmx_image {
 
 /// Progress of a run, on the thread that called it.
 /// @param done  0..1
-/// @return non-zero asks to stop; rows that are not converted yet stay as they are
+/// @return non-zero asks to stop; rows that are not converted yet stay as they are. At 1 all are
+///         converted: the answer changes nothing
 typedef int32_t (*lmx_run_progress)(double done, void* user);
 
 /// How a run is done.

@@ -78,7 +78,7 @@ LUMOXA_API int32_t lmx_transform_describe(lmx_transform* transform, lmx_transfor
 /// @param options       sum of LMX_COMBINE_COLORIMETRIC and LMX_COMBINE_KEEP_PAPER_WHITE, or 0
 /// @param out           receives the handle, released with `lmx_transform_free`; null on every
 ///                      failure
-/// @param failing_link  optional; receives i + 1 when transform i does not fit transform i + 1
+/// @param failing_transform  optional; receives i + 1 when transform i does not fit transform i + 1
 /// @param progress      optional. A non-zero answer at a step stops the work: the end call follows,
 ///                      its answer is returned (LMX_ERR_INVALID where that is 0), and nothing is
 ///                      made
@@ -87,8 +87,8 @@ LUMOXA_API int32_t lmx_transform_describe(lmx_transform* transform, lmx_transfor
 ///         LMX_ERR_INVALID for a null argument, a null handle in the chain, a count below 1 or
 ///         unknown options; LMX_ERR_NO_MEMORY
 LUMOXA_API int32_t lmx_combine(int32_t count, lmx_transform* const* chain, int32_t options,
-                               lmx_transform** out, int32_t* failing_link, lmx_progress progress,
-                               void* user);
+                               lmx_transform** out, int32_t* failing_transform,
+                               lmx_progress progress, void* user);
 
 // --- Pixels -------------------------------------------------------------------------------------
 //

@@ -138,8 +138,13 @@ class Profile {
         if (!file) {
             throw Error(LMX_ERR_OPEN, detail::utf8(path) + ": can't be opened for reading");
         }
-        const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
-        if (file.bad()) throw Error(LMX_ERR_READ, detail::utf8(path) + ": can't be read");
+        std::vector<char> bytes;
+        std::vector<char> piece(size_t{1} << 16);
+        while (file.read(piece.data(), static_cast<std::streamsize>(piece.size())) ||
+               file.gcount() > 0) {
+            bytes.insert(bytes.end(), piece.data(), piece.data() + file.gcount());
+        }
+        if (!file.eof()) throw Error(LMX_ERR_READ, detail::utf8(path) + ": can't be read");
         lmx_profile* handle = nullptr;
         static const char kNothing = 0;
         try {
@@ -176,8 +181,11 @@ class Profile {
     /// Its description as UTF-8; empty where it has none.
     std::string description() const { return detail::text(lmx_profile_text, handle()); }
 
+    /// Device class of the header: 'mntr', 'prtr', 'scnr', 'link', 'spac', 'abst' or 'nmcl'.
     uint32_t deviceClass() const { return header().device_class; }
+    /// Space of the device side ('RGB ', 'CMYK' ...), of a link that of its source.
     uint32_t colorSpace() const { return header().color_space; }
+    /// 'Lab ' or 'XYZ '; of a link the space of its destination.
     uint32_t connectionSpace() const { return header().pcs; }
     /// As in the header: 0x02400000 is version 2.4.
     uint32_t version() const { return header().version; }
@@ -188,6 +196,8 @@ class Profile {
     /// 'dmnd', 'dmdd' or 'vued' as LMX_SIGNATURE('d', 'e', 's', 'c'). @throws Error for a text that
     /// the type can't hold, as one that isn't ASCII before version 4
     Profile withText(uint32_t signature, const std::string& utf8) const {
+        if (utf8.find('\0') != std::string::npos)
+            throw Error(LMX_ERR_INVALID, "a text of a profile ends at its first character 0");
         return edited(lmx_profile_set_text, signature, utf8.c_str());
     }
     /// The profile with another media white, Y = 1 for a perfect one. @throws Error

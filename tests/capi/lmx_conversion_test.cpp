@@ -183,6 +183,12 @@ const WrongChain kWrongChains[] = {
          a.chain[1] = a.chain[0];
      },
      "no gray print device"},
+    {"MarkOfNoColour",
+     [](Asked& a) {
+         a.options.mark_out_of_gamut = 1;
+         a.options.gamut_mark[1] = kNan;
+     },
+     "three numbers of 0 to 1"},
     {"ToneSize", [](Asked& a) { tone(a).size = 0; }, "lmx_gray_tone"},
     {"ToneCount",
      [](Asked& a) {
@@ -345,6 +351,9 @@ TEST(CppInterface, ThrowsForWhatDoesNotFit) {
     EXPECT_THROW(Profile::named(""), lumoxa::Error);
     EXPECT_THROW(Profile::fromBytes(nullptr, 0), lumoxa::Error);
     EXPECT_THROW(Profile::fromFile("/no such file"), lumoxa::Error);
+    EXPECT_THROW(Profile::fromFile("."), lumoxa::Error);  // a folder opens, but can't be read
+    EXPECT_THROW(srgb.withText(LMX_SIGNATURE('d', 'e', 's', 'c'), std::string("a\0b", 3)),
+                 lumoxa::Error);
 }
 
 TEST(Conversion, GivesTheSameBytesOnThreadsAtOnce) {

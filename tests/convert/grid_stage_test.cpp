@@ -65,7 +65,8 @@ TEST_P(GridOfInputs, IsExactForWhatIsLinear) {
         for (int o = 0; o < outputs; ++o) {
             double value = 0;
             for (int c = 0; c < inputs; ++c)
-                value += slopes[static_cast<size_t>(o * inputs + c)] *
+                value += slopes[static_cast<size_t>(o) * static_cast<size_t>(inputs) +
+                                static_cast<size_t>(c)] *
                          std::clamp(before[c][i], 0.0f, 1.0f);
             EXPECT_NEAR(rows[o][i], value, 2e-5);
         }

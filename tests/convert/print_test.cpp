@@ -37,7 +37,8 @@ Profile press(uint16_t blackL) {
     toInk.outputs = 4;
     toInk.grid = 9;
     for (int node = 0; node < 729; ++node) {
-        const double dark = 1 - std::min(static_cast<double>(node / 81) * 65535 / 8 / 65280, 1.0);
+        const int lightness = node / 81;
+        const double dark = 1 - std::min(lightness * 65535.0 / 8 / 65280, 1.0);
         for (int ink = 0; ink < 4; ++ink)
             toInk.clut.push_back(static_cast<uint16_t>(65535 * (ink < 3 ? dark : dark * dark)));
     }

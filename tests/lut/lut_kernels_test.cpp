@@ -29,7 +29,8 @@ const Shape kShapes[] = {
 Samples risingTables(uint32_t channels, uint32_t entries) {
     Samples tables;
     for (uint32_t i = 0; i < channels * entries; ++i) {
-        const double t = i % entries / (entries - 1.0), bend = 0.1 * (i / entries + 1);
+        const uint32_t entry = i % entries, channel = i / entries;
+        const double t = entry / (entries - 1.0), bend = 0.1 * (channel + 1);
         tables.push_back(static_cast<uint16_t>(65535 * (t + bend * t * (1 - t))));
     }
     return tables;

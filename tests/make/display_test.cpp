@@ -18,7 +18,6 @@ namespace {
 
 using lumoxa::Conversion;
 using lumoxa::Display;
-using lumoxa::Intent;
 using lumoxa::makeDisplay;
 using lumoxa::Profile;
 using lumoxa::ToneCurve;

@@ -77,7 +77,8 @@ TEST(GrayPrint, PrintsNeutralRampsNeutral) {
     const lumoxa::Conversion print(Profile::named("sRGB"), made(gridPatches()), options);
     const InkPrinter printer;
     double sum = 0, largest = 0, count = 0;
-    for (double value = 18000; value <= kFull; value += 1500) {  // from L* 28.5 on
+    for (int step = 12; step * 1500.0 <= kFull; ++step) {  // from L* 28.5 on
+        const double value = step * 1500.0;
         const auto gray = static_cast<float>(value / kFull);
         const std::vector<float> inks = print(std::vector<float>{gray, gray, gray});
         const Triple lab =
