@@ -3,17 +3,23 @@
 // The accurate engine for C: profiles with faults in words, conversions, device links.
 #include <algorithm>
 #include <iterator>
+#include <memory>
 
 #include "capi/fault_guard.h"
 #include "capi/handles.h"
 #include "convert/builtin_spaces.h"
 #include "convert/conversion.h"
+#include "convert/conversion_cache.h"
 #include "convert/run.h"
 #include "lumoxa/lumoxa.h"
 #include "make/device_link.h"
 
 struct lmx_conversion_record {
-    lumoxa::engine::ReadyConversion conversion;
+    std::shared_ptr<const lumoxa::engine::ReadyConversion> conversion;
+};
+
+struct lmx_conversion_cache_record {
+    lumoxa::engine::ConversionCache cache;
 };
 
 namespace lumoxa {
@@ -217,9 +223,41 @@ int32_t lmx_conversion_create(lmx_profile* const* chain, int32_t count, const lm
     if (out != nullptr) *out = nullptr;
     return faultGuarded(fault, [&] {
         requireArgument(out, "the address of the handle");
-        *out = new lmx_conversion_record{engine::ReadyConversion(requestOf(chain, count, options))};
+        *out = new lmx_conversion_record{
+            std::make_shared<const engine::ReadyConversion>(requestOf(chain, count, options))};
         return LMX_SUCCESS;
     });
+}
+
+int32_t lmx_conversion_cache_create(int32_t capacity, lmx_conversion_cache** out,
+                                    lmx_fault* fault) {
+    if (out != nullptr) *out = nullptr;
+    return faultGuarded(fault, [&] {
+        requireArgument(out, "the address of the handle");
+        if (capacity < 1) {
+            throw FaultError(LMX_ERR_INVALID, "a cache keeps 1 or more conversions, not " +
+                                                  std::to_string(capacity));
+        }
+        *out =
+            new lmx_conversion_cache_record{engine::ConversionCache(static_cast<size_t>(capacity))};
+        return LMX_SUCCESS;
+    });
+}
+
+int32_t lmx_conversion_cache_get(lmx_conversion_cache* cache, lmx_profile* const* chain,
+                                 int32_t count, const lmx_options* options, lmx_conversion** out,
+                                 lmx_fault* fault) {
+    if (out != nullptr) *out = nullptr;
+    return faultGuarded(fault, [&] {
+        requireArgument(cache, "the cache");
+        requireArgument(out, "the address of the handle");
+        *out = new lmx_conversion_record{cache->cache.get(requestOf(chain, count, options))};
+        return LMX_SUCCESS;
+    });
+}
+
+void lmx_conversion_cache_free(lmx_conversion_cache* cache) {
+    delete cache;
 }
 
 void lmx_conversion_free(lmx_conversion* conversion) {
@@ -228,8 +266,8 @@ void lmx_conversion_free(lmx_conversion* conversion) {
 
 int32_t lmx_conversion_channels(lmx_conversion* conversion, int32_t* in, int32_t* out) {
     if (conversion == nullptr) return LMX_ERR_INVALID;
-    if (in != nullptr) *in = conversion->conversion.inputs();
-    if (out != nullptr) *out = conversion->conversion.outputs();
+    if (in != nullptr) *in = conversion->conversion->inputs();
+    if (out != nullptr) *out = conversion->conversion->outputs();
     return LMX_SUCCESS;
 }
 
@@ -250,7 +288,7 @@ int32_t lmx_conversion_run(lmx_conversion* conversion, const lmx_image* source,
         run.progress = record.progress != nullptr ? RunListener::hear : nullptr;
         run.user = &listener;
         const engine::RunResult result = engine::runConversion(
-            conversion->conversion.plan(), viewOf(*source), viewOf(*destination), run);
+            conversion->conversion->plan(), viewOf(*source), viewOf(*destination), run);
         return result == engine::RunResult::kDone ? LMX_SUCCESS : LMX_CANCELLED;
     });
 }
@@ -262,8 +300,8 @@ int32_t lmx_conversion_pixel(lmx_conversion* conversion, const float* source, fl
         requireArgument(source, "the source");
         requireArgument(destination, "the destination");
         using engine::SampleType;
-        conversion->conversion.exactPlan().convert(SampleType::kF32, source, SampleType::kF32,
-                                                   destination, 1);
+        conversion->conversion->exactPlan().convert(SampleType::kF32, source, SampleType::kF32,
+                                                    destination, 1);
         return LMX_SUCCESS;
     });
 }
@@ -273,7 +311,7 @@ int32_t lmx_conversion_explain(lmx_conversion* conversion, char** json, lmx_faul
     return faultGuarded(fault, [&] {
         requireArgument(conversion, "the conversion");
         requireArgument(json, "the address of the text");
-        *json = handedOut(conversion->conversion.explain());
+        *json = handedOut(conversion->conversion->explain());
         return LMX_SUCCESS;
     });
 }

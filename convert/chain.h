@@ -28,6 +28,8 @@ struct ChainOptions {
     std::array<float, 3> gamutMark = {0.5f, 0.5f, 0.5f};  ///< sRGB
     bool preserveBlack = false;  ///< black-only pixels of CMYK stay black-only
     float inkLimit = 0;          ///< in percent, 0 for none
+
+    bool operator==(const ChainOptions&) const = default;
 };
 
 struct ChainRequest {

@@ -19,6 +19,8 @@ struct GrayPrintTone {
     std::vector<float> points;  ///< split tone: triples of L*, a*, b*
     bool shaped = true;
     float shape = 0;
+
+    bool operator==(const GrayPrintTone&) const = default;
 };
 
 /// Samples of a pixel of such a device, whatever its colour space says.

@@ -168,6 +168,9 @@ class Conversion {
         handle_ = std::shared_ptr<lmx_conversion>(handle, lmx_conversion_free);
     }
 
+    /// Takes over a handle of lmx.h, which is released with the last copy.
+    explicit Conversion(lmx_conversion* handle) : handle_(handle, lmx_conversion_free) {}
+
     /// Channels of a source pixel, without extra ones.
     int inputChannels() const {
         int32_t channels = 0;
@@ -245,6 +248,35 @@ class Conversion {
     };
 
     std::shared_ptr<lmx_conversion> handle_;
+};
+
+/// Hands out ready conversions, for programs that convert many pictures between few profiles: what
+/// was asked for before, with equal options and profiles of equal bytes, is not made again. Cheap
+/// to copy, usable on any number of threads at once; conversions outlive it.
+class ConversionCache {
+  public:
+    /// @param capacity  conversions kept, of up to some 5 MB each: the least recently used go
+    explicit ConversionCache(int capacity = 16) {
+        lmx_conversion_cache* handle = nullptr;
+        detail::call(lmx_conversion_cache_create, static_cast<int32_t>(capacity), &handle);
+        handle_ = std::shared_ptr<lmx_conversion_cache>(handle, lmx_conversion_cache_free);
+    }
+
+    /// @throws Error as the constructors of Conversion
+    Conversion get(const Profile& from, const Profile& to, const Options& options = {}) const {
+        return get(std::vector<Profile>{from, to}, options);
+    }
+    Conversion get(const std::vector<Profile>& chain, const Options& options = {}) const {
+        const std::vector<lmx_profile*> handles = detail::handlesOf(chain);
+        const detail::OptionsRecord record(options);
+        lmx_conversion* handle = nullptr;
+        detail::call(lmx_conversion_cache_get, handle_.get(), handles.data(),
+                     static_cast<int32_t>(handles.size()), record.get(), &handle);
+        return Conversion(handle);
+    }
+
+  private:
+    std::shared_ptr<lmx_conversion_cache> handle_;
 };
 
 /// A device link of a chain of profiles. `precision` is U16, or U8 for a smaller, coarser table.

@@ -22,6 +22,10 @@ extern "C" {
 /// use one at once.
 typedef const struct lmx_conversion_record lmx_conversion;
 
+/// Ready conversions kept for those who ask again; released with `lmx_conversion_cache_free`. Any
+/// number of threads may use one at once.
+typedef struct lmx_conversion_cache_record lmx_conversion_cache;
+
 /// The tone of a print on a gray device of three channels (a profile of `lmx_make_gray_print`).
 typedef struct lmx_gray_tone {
     uint32_t size;        ///< sizeof(lmx_gray_tone)
@@ -115,9 +119,35 @@ LUMOXA_API void lmx_conversion_free(lmx_conversion* conversion);
 /// @return 0; LMX_ERR_INVALID for a null conversion
 LUMOXA_API int32_t lmx_conversion_channels(lmx_conversion* conversion, int32_t* in, int32_t* out);
 
+/// Makes a cache of ready conversions, for programs that convert many pictures between few
+/// profiles.
+///
+/// @param capacity  conversions kept, 1 or more, of up to some 5 MB each: the least recently used
+/// go
+/// @param out       receives the handle, released with `lmx_conversion_cache_free`; null on failure
+/// @param fault     optional
+/// @return 0; LMX_ERR_INVALID for a null argument or another capacity; LMX_ERR_NO_MEMORY
+LUMOXA_API int32_t lmx_conversion_cache_create(int32_t capacity, lmx_conversion_cache** out,
+                                               lmx_fault* fault);
+
+/// As `lmx_conversion_create`; what was asked for before, with equal options and profiles of equal
+/// bytes, is not made again. Any number of threads may ask one cache at once.
+///
+/// @param cache  keeps what is made
+/// @param out    receives a handle of the caller's own, released with `lmx_conversion_free`, which
+///               outlives the cache; null on failure
+LUMOXA_API int32_t lmx_conversion_cache_get(lmx_conversion_cache* cache, lmx_profile* const* chain,
+                                            int32_t count, const lmx_options* options,
+                                            lmx_conversion** out, lmx_fault* fault);
+
+/// Releases a cache; conversions that it gave stay.
+///
+/// @param cache  no longer used by any thread; null does nothing
+LUMOXA_API void lmx_conversion_cache_free(lmx_conversion_cache* cache);
+
 /// Converts pixels. Both views have the same width and height; their channels are the conversion's
 /// and equally many more, which are copied. Source and destination are the same memory with the
-/// same strides, where samples have one size, or disjoint.
+/// same strides, where pixels have one size, or disjoint.
 ///
 /// @param conversion   only read
 /// @param source       only read
