@@ -166,10 +166,13 @@ static inline Ints gather(const uint32_t* table, Ints i) {
 static inline void gatherNeighbours(const float* table, Ints i, Floats& first, Floats& second) {
     uint32_t at[8];
     store(i, at);
+    const auto pair = [&](int lane) {  // two floats as one number
+        double floats;
+        std::memcpy(&floats, table + at[lane], sizeof floats);
+        return floats;
+    };
     const auto two = [&](int lane) {
-        const __m128d low = _mm_load_sd(reinterpret_cast<const double*>(table + at[lane]));
-        const auto* const high = reinterpret_cast<const double*>(table + at[lane + 1]);
-        return _mm_castpd_ps(_mm_loadh_pd(low, high));
+        return _mm_castpd_ps(_mm_set_pd(pair(lane + 1), pair(lane)));
     };
     const auto four = [&](int lane) {
         return _mm256_insertf128_ps(_mm256_castps128_ps256(two(lane)), two(lane + 4), 1);
