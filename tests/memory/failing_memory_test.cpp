@@ -187,8 +187,8 @@ TEST_P(FailingMemory, IsTold) {
             fault.sentence[0] = '\0';
             reached =
                 withFailure(index, fromThenOn, [&] { code = call.run(chain.data(), &fault); });
-            // NOLINTNEXTLINE(clang-analyzer-unix.Malloc): takes the replaced operator new for
-            // malloc
+            // The analyzer takes the replaced operator new for a malloc of the test's.
+            // NOLINTNEXTLINE(clang-analyzer-unix.Malloc)
             told += code == LMX_ERR_NO_MEMORY;
             // Threads that can't be started cost nothing but time.
             EXPECT_TRUE(code == LMX_ERR_NO_MEMORY || code == call.code) << index;
