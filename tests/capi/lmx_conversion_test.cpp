@@ -334,6 +334,22 @@ TEST(FaultRecord, CutsLongSentencesBetweenCharacters) {
     }
 }
 
+// Gray floats and four inks of a byte have one size, so that a pixel can give way to the other.
+TEST(CppInterface, ConvertsInPlaceWherePixelsKeepTheirPlaces) {
+    const Bytes press = profileZoo().at("press");
+    const Conversion toInks(Profile::named("gray"), Profile::fromBytes(press.data(), press.size()));
+    constexpr int kWidth = 300, kHeight = 200;
+    std::vector<float> gray(size_t{kWidth} * kHeight);
+    for (size_t i = 0; i < gray.size(); ++i)
+        gray[i] = static_cast<float>(i % 997) / 996.0f;
+    std::vector<uint8_t> apart(gray.size() * 4);
+    const ImageView source = ImageView::packed(gray.data(), kWidth, kHeight, 1);
+    auto* const inks = reinterpret_cast<uint8_t*>(gray.data());
+    EXPECT_TRUE(toInks.run(source, ImageView::packed(apart.data(), kWidth, kHeight, 4)));
+    EXPECT_TRUE(toInks.run(source, ImageView::packed(inks, kWidth, kHeight, 4)));
+    EXPECT_EQ(std::vector<uint8_t>(inks, inks + apart.size()), apart);
+}
+
 TEST(CppInterface, ThrowsForWhatDoesNotFit) {
     const Profile srgb = Profile::named("sRGB");
     const Conversion conversion(srgb, srgb);

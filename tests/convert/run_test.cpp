@@ -187,23 +187,6 @@ TEST_P(RunInPlace, GivesTheSame) {
     }
 }
 
-TEST(RunInPlaceOfOtherSamples, GivesTheSameWherePixelsKeepTheirPlaces) {
-    constexpr int kWidth = 300, kHeight = 200, kBytes = 4;
-    std::vector<uint8_t> memory(size_t{kWidth} * kHeight * kBytes), apart(memory.size());
-    for (size_t i = 0; i < memory.size(); ++i)
-        memory[i] = static_cast<uint8_t>(i * 7 + i / 251);
-    const auto view = [&](std::vector<uint8_t>& bytes, SampleType type, int channels) {
-        const int sampleBytes = kBytes / channels;
-        return PixelView{bytes.data(), type,        kWidth, kHeight,
-                         channels,     sampleBytes, kBytes, kWidth * kBytes};
-    };
-    const TurningPlan plan(4, 2);
-    const PixelView source = view(memory, SampleType::kU8, 4);
-    runConversion(plan, source, view(apart, SampleType::kU16, 2), withThreads(1));
-    runConversion(plan, source, view(memory, SampleType::kU16, 2), withThreads(2));
-    EXPECT_TRUE(memory == apart);
-}
-
 INSTANTIATE_TEST_SUITE_P(Run, RunInPlace, testing::ValuesIn(kPixelLayouts), [](const auto& layout) {
     return std::string(kPixelLayoutNames[static_cast<int>(layout.param)]);
 });
