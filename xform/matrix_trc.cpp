@@ -58,17 +58,18 @@ Matrix inverted(const Matrix& m) {
 
 /// The exponent that inverts this channel's own gamma. The channel may be of another form than the
 /// red one that chose this branch; without an entry it is the identity.
-double inverseGamma(const ToneCurve& curve) {
+double inverseGamma(const SampledCurve& curve) {
     constexpr double kGammaOne = 256.0;  // u8Fixed8
     return curve.entries.empty() ? 1.0 : kGammaOne / curve.entries[0];
 }
 
 /// Fills the inverse table of one channel. The form of the first curve decides for all channels, on
 /// the assumption that a profile's curves are of one form; parametric curves go their own way.
-void sampleInverse(const ToneCurve& curve, const ToneCurve& first, int entries, float* table) {
-    const ToneCurve& form = first.parametric ? curve : first;
+void sampleInverse(const SampledCurve& curve, const SampledCurve& first, int entries,
+                   float* table) {
+    const SampledCurve& form = first.parametric ? curve : first;
     if (!curve.parametric && form.entries.empty()) {
-        sampleToneCurve(ToneCurve{}, entries, table);
+        sampleToneCurve(SampledCurve{}, entries, table);
     } else if (!curve.parametric && form.entries.size() == 1) {
         sampleGamma(inverseGamma(curve), entries, table);
     } else {
@@ -84,7 +85,7 @@ int buildCurves(const icProfileInternal& profile, bool inverse,
                 std::unique_ptr<TrcMatrixState>& out) {
     const bool gray = profile.header.colorSpace == kSpaceGray;
     const size_t channels = gray ? 1 : 3;
-    std::array<ToneCurve, 3> curves;
+    std::array<SampledCurve, 3> curves;
     for (size_t c = 0; c < channels; ++c) {
         const icTagSignature tag = gray ? kGrayCurveTag : kCurveTags[c];
         if (const int code = readToneCurve(profile, tag, curves[c])) return code;

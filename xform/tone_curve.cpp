@@ -14,7 +14,7 @@ namespace {
 
 using namespace lut_layout;
 
-int decodeSampled(const TagCopy& tag, ToneCurve& out) {
+int decodeSampled(const TagCopy& tag, SampledCurve& out) {
     if (tag.size < kCurveData) return icErrRead;
     const uint32_t count = loadFileOrder<uint32_t>(tag.data() + kCurveCount);
     if (count > (tag.size - kCurveData) / 2) return icErrRead;
@@ -25,7 +25,7 @@ int decodeSampled(const TagCopy& tag, ToneCurve& out) {
     return icSuccess;
 }
 
-int decodeParametric(const TagCopy& tag, ToneCurve& out) {
+int decodeParametric(const TagCopy& tag, SampledCurve& out) {
     if (tag.size < kCurveData) return icErrRead;
     const TagView view{tag.data(), true};
     const uint32_t count = parametricCount(view.u16(kParaType));
@@ -70,7 +70,7 @@ void sampleGamma(double gamma, int entries, float* table) {
     }
 }
 
-int readToneCurve(const icProfileInternal& profile, icTagSignature signature, ToneCurve& out) {
+int readToneCurve(const icProfileInternal& profile, icTagSignature signature, SampledCurve& out) {
     TagCopy tag;
     if (const int code = readTag(profile, signature, tag)) return code;
     switch (tag.type()) {
@@ -104,7 +104,7 @@ void sampleParametric(const ParametricCurve& curve, int entries, float* table) {
     }
 }
 
-void sampleToneCurve(const ToneCurve& curve, int entries, float* table) {
+void sampleToneCurve(const SampledCurve& curve, int entries, float* table) {
     if (curve.parametric) {
         sampleParametric(curve.function, entries, table);
     } else if (curve.entries.empty()) {

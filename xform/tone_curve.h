@@ -17,7 +17,7 @@ inline constexpr double kGammaStep = 0.00390625;  // of a u8Fixed8 gamma entry: 
 
 /// A tone curve tag: 'curv' with its entries (none: identity, one: a u8Fixed8 gamma, more: samples
 /// at equal steps) or 'para' with its parameters.
-struct ToneCurve {
+struct SampledCurve {
     bool parametric = false;
     ParametricCurve function;
     std::vector<uint16_t> entries;
@@ -27,7 +27,7 @@ struct ToneCurve {
 
 /// Reads a curve tag. icErrNoTag without it, icErrTagType when it holds neither type or a function
 /// of an unknown type, icErrRead when its bytes are fewer than it declares; a tag reader's code.
-int readToneCurve(const icProfileInternal& profile, icTagSignature signature, ToneCurve& out);
+int readToneCurve(const icProfileInternal& profile, icTagSignature signature, SampledCurve& out);
 
 /// Reads an XYZ tag as s15Fixed16 numbers. Its type signature is not checked: profiles in use name
 /// other types for the same layout.
@@ -46,7 +46,7 @@ void sampleGamma(double gamma, int entries, float* table);
 
 /// Fills a table of `entries` with the curve's values, 0..65535. A sampled curve is copied entry by
 /// entry and, where it is shorter, extended with its last entry.
-void sampleToneCurve(const ToneCurve& curve, int entries, float* table);
+void sampleToneCurve(const SampledCurve& curve, int entries, float* table);
 
 /// Fills `inverse` with the inverse of the piecewise-linear curve through `table` on the same
 /// number of entries, values on the scale 0..65535. What the curve does not reach becomes an end of
